@@ -1,0 +1,50 @@
+# How every target of the house is built.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+option(VARNEL_TESTS "Build the tests" ON)
+option(VARNEL_BENCH "Build the benchmarks" OFF)
+option(VARNEL_FUZZ "Build the fuzz targets (clang)" OFF)
+option(VARNEL_WERROR "Treat warnings as errors" OFF)
+set(VARNEL_SANITIZE "" CACHE STRING "Sanitizers for everything, as -fsanitize takes them")
+
+add_library(build_flags INTERFACE)
+target_include_directories(build_flags INTERFACE ${CMAKE_SOURCE_DIR})
+target_compile_options(build_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    $<$<BOOL:${VARNEL_WERROR}>:-Werror>)
+if(VARNEL_SANITIZE)
+    target_compile_options(build_flags INTERFACE -fsanitize=${VARNEL_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    target_link_options(build_flags INTERFACE -fsanitize=${VARNEL_SANITIZE})
+endif()
+
+find_package(PkgConfig REQUIRED)
+
+# varnel_library(NAME SOURCES a.cpp ... [LINKS lower_target ...] [PRIVATE_LINKS library ...])
+# A folder's static library. LINKS are the folders whose headers its own headers include.
+function(varnel_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC build_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+endfunction()
+
+# varnel_test(NAME SOURCES a_test.cpp ... LINKS target ... [WHOLE] [LABELS word ...])
+# A test program; CTest runs its cases one by one, or the program once with WHOLE (cases that share a server).
+function(varnel_test name)
+    cmake_parse_arguments(ARG "WHOLE" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 300)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE build_flags ${ARG_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
+    if(ARG_WHOLE)
+        add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
+        set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+    else()
+        gtest_discover_tests(${name} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR} DISCOVERY_TIMEOUT 60
+            PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+    endif()
+endfunction()

@@ -1,0 +1,17 @@
+// SQL over files: the provider of every data source that is a file or a folder. SQLite plans and executes.
+// Today's data source is the SQLite database file; it is chosen by "Provider=SQLite" and by any Access connection
+// string whose file begins with SQLite's signature.
+#pragma once
+
+#include "ado/types/Provider.h"
+
+namespace varnel {
+
+class SqlProvider : public Provider {
+public:
+    bool Accepts(const ConnectionString& text) const override;
+    /// Throws Error: a missing file, a file of another format, or a format that this version does not read yet.
+    std::unique_ptr<ProviderSession> Open(const ConnectionString& text) const override;
+};
+
+}  // namespace varnel

@@ -1,0 +1,69 @@
+// A table kept in a file, as the SQL engine sees it. Each file format implements these; none of them knows SQL.
+// All calls throw Error.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ado/types/Provider.h"
+
+namespace varnel {
+
+/// Names one row of a table for as long as the table is not rewritten as a whole.
+using RowId = std::int64_t;
+
+/// A forward read of the rows that existed when it was opened.
+class TableRows {
+public:
+    virtual ~TableRows() = default;
+    /// Fills row (one Value per wanted column) with the next row and returns true, or returns false after the last.
+    virtual bool Next(std::span<Value> row) = 0;
+    /// The id of the row that Next gave last.
+    virtual RowId Current() const = 0;
+};
+
+class TableFile {
+public:
+    virtual ~TableFile() = default;
+    virtual const std::vector<ColumnInfo>& Columns() const = 0;
+    /// wanted: positions in Columns(), in the order in which Next is to deliver them; only these are decoded.
+    virtual std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) = 0;
+    /// Looks at every row slot or delete flag without decoding rows; never trusts a stored count.
+    virtual std::int64_t CountRows() = 0;
+    /// values: one per column; assigned: which of them were set. A refused row leaves no trace.
+    virtual void Append(std::span<const Value> values, const std::vector<bool>& assigned) = 0;
+    virtual void Update(RowId row, std::span<const Value> values, const std::vector<bool>& assigned) = 0;
+    virtual void Delete(RowId row) = 0;
+    /// Deletes every row and gives the space back.
+    virtual void DeleteAll() = 0;
+    /// A commit point: everything written so far survives the end of the process.
+    virtual void Commit() = 0;
+};
+
+/// One column of CREATE TABLE, its type word as the dialect wrote it.
+struct ColumnDefinition {
+    std::string name;
+    std::string typeWord;           ///< upper case: "TEXT", "LONG", "DECIMAL"
+    std::vector<int> typeArguments; ///< (10,2) gives 10 and 2
+    bool notNull = false;
+    bool primaryKey = false;
+    bool unique = false;
+};
+
+/// A database of table files: an Access file, a folder of FoxPro tables, a folder of text files.
+class TableStore {
+public:
+    virtual ~TableStore() = default;
+    virtual std::vector<std::string> TableNames() = 0;
+    /// Throws Error when there is no such table, in the words of the format.
+    virtual std::unique_ptr<TableFile> OpenTable(std::string_view name) = 0;
+    /// Throws Error{Constraint} when the table exists; nothing is ever overwritten.
+    virtual void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) = 0;
+    virtual void DropTable(std::string_view name) = 0;
+};
+
+}  // namespace varnel
