@@ -77,6 +77,10 @@ void Command::Execute() {
     session_->Guarded([&](ProviderSession&) { prepared_->Execute(values_); });
 }
 
+void Command::Commit() {
+    if (prepared_) session_->Guarded([&](ProviderSession&) { prepared_->Commit(); });
+}
+
 void Command::PrepareOnce() {
     if (prepared_ && preparedText_ == CommandText) return;
     std::vector<ParameterInfo> described;
