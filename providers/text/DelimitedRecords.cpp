@@ -24,7 +24,7 @@ DelimitedRecords::DelimitedRecords(RecordBuffer buffer, std::string delimiter, s
       qualifier_(std::move(qualifier)),
       padding_(PaddingOf(delimiter_)),
       scan_({delimiter_[0], qualifier_.empty() ? '\n' : qualifier_[0], '\r', '\n'}) {
-    SeekMarks(buffer_.Start());
+    marks_.Seek(scan_, buffer_.Start());
 }
 
 bool DelimitedRecords::Next() {
@@ -39,7 +39,7 @@ bool DelimitedRecords::Next() {
                 return true;
             case Scan::NeedsMore:
                 buffer_.Refill();
-                SeekMarks(buffer_.Start());
+                marks_.Seek(scan_, buffer_.Start());
                 break;
             case Scan::End:
                 return false;
@@ -47,35 +47,66 @@ bool DelimitedRecords::Next() {
     }
 }
 
+/// Whether token begins at place.
+inline DelimitedRecords::Match DelimitedRecords::TokenAt(const char* place, const std::string& token) const {
+    if (token.size() == 1 && place != buffer_.End()) return *place == token[0] ? Match::Yes : Match::No;
+    const auto left = static_cast<std::size_t>(buffer_.End() - place);
+    const std::size_t length = std::min(left, token.size());
+    if (std::memcmp(place, token.data(), length) != 0) return Match::No;
+    if (length == token.size()) return Match::Yes;
+    return buffer_.AtEnd() ? Match::No : Match::NeedsMore;
+}
+
+inline void DelimitedRecords::AddField(const char* start, const char* end, const QualifiedPart& part) {
+    if (part.content == nullptr) {
+        Add(start, static_cast<std::size_t>(end - start), FieldShape::Plain);
+        return;
+    }
+    const char* tail = part.close + qualifier_.size();
+    if (!part.doubled && IsPadding({tail, static_cast<std::size_t>(end - tail)})) {
+        Add(part.content, static_cast<std::size_t>(part.close - part.content), FieldShape::Qualified);
+    } else {
+        Add(part.content, static_cast<std::size_t>(end - part.content), FieldShape::Mixed);
+    }
+}
+
 DelimitedRecords::Scan DelimitedRecords::ScanRecord() {
     BeginRecord();
+    if (buffer_.Start() == buffer_.End()) return buffer_.AtEnd() ? Scan::End : Scan::NeedsMore;
+    Marks marks = marks_;  // a copy of its own can stay in registers
+    const char* const end = buffer_.End();
     const char* fieldStart = buffer_.Start();
-    if (fieldStart == buffer_.End()) return buffer_.AtEnd() ? Scan::End : Scan::NeedsMore;
     QualifiedPart part;
     bool mayOpen = !qualifier_.empty();
     for (;;) {
-        const char* at = NextMark();
-        if (at == buffer_.End()) return ScanLastField(fieldStart, part);
+        const char* at = marks.Next(scan_, end);
+        if (at == end) return ScanLastField(fieldStart, part);
         if (at < fieldStart) continue;  // within a delimiter or a line end
-        if (*at == '\r' || *at == '\n') return EndRecord(at, fieldStart, part);
-        if (*at == delimiter_[0]) {
+        const char mark = *at;
+        if (mark == delimiter_[0]) {
             const Match match = TokenAt(at, delimiter_);
             if (match == Match::NeedsMore) return Scan::NeedsMore;
             if (match == Match::Yes) {
                 AddField(fieldStart, at, part);
                 fieldStart = at + delimiter_.size();
-                part = {};
+                part.content = nullptr;
                 mayOpen = !qualifier_.empty();
                 continue;
             }
         }
-        if (!mayOpen || *at != qualifier_[0]) continue;
+        if (mark == '\r' || mark == '\n') {
+            marks_ = marks;
+            return EndRecord(at, fieldStart, part);
+        }
+        if (!mayOpen || mark != qualifier_[0]) continue;
         const Match isQualifier = TokenAt(at, qualifier_);
         if (isQualifier == Match::NeedsMore) return Scan::NeedsMore;
         if (isQualifier == Match::No) continue;
         mayOpen = false;
         if (!IsOpening(fieldStart, at)) continue;
+        marks_ = marks;
         if (ScanQualified(at, part) == Match::NeedsMore) return Scan::NeedsMore;
+        marks = marks_;
     }
 }
 
@@ -107,7 +138,7 @@ DelimitedRecords::Match DelimitedRecords::ScanQualified(const char* opening, Qua
     const char* from = content;
     bool doubled = false;
     for (;;) {
-        const char* at = NextMark();
+        const char* at = marks_.Next(scan_, buffer_.End());
         if (at == buffer_.End()) return Unclosed(opening, std::max(from, at - (qualifier_.size() - 1)));
         if (at < from || *at != qualifier_[0]) continue;
         const Match isQualifier = TokenAt(at, qualifier_);
@@ -138,21 +169,8 @@ DelimitedRecords::Match DelimitedRecords::Unclosed(const char* opening, const ch
         }
     }
     unclosed_ = offset;
-    SeekMarks(opening + qualifier_.size());
+    marks_.Seek(scan_, opening + qualifier_.size());
     return Match::No;
-}
-
-void DelimitedRecords::AddField(const char* start, const char* end, const QualifiedPart& part) {
-    if (part.content == nullptr) {
-        Add(start, static_cast<std::size_t>(end - start), FieldShape::Plain);
-        return;
-    }
-    const char* tail = part.close + qualifier_.size();
-    if (!part.doubled && IsPadding({tail, static_cast<std::size_t>(end - tail)})) {
-        Add(part.content, static_cast<std::size_t>(part.close - part.content), FieldShape::Qualified);
-    } else {
-        Add(part.content, static_cast<std::size_t>(end - part.content), FieldShape::Mixed);
-    }
 }
 
 std::string_view DelimitedRecords::TextOf(const Field& field, std::string& scratch) const {
@@ -173,39 +191,12 @@ std::string_view DelimitedRecords::TextOf(const Field& field, std::string& scrat
     return scratch;
 }
 
-/// Whether token begins at place, whose first byte is known to be the token's.
-DelimitedRecords::Match DelimitedRecords::TokenAt(const char* place, const std::string& token) const {
-    const auto left = static_cast<std::size_t>(buffer_.End() - place);
-    const std::size_t length = std::min(left, token.size());
-    if (std::memcmp(place, token.data(), length) != 0) return Match::No;
-    if (length == token.size()) return Match::Yes;
-    return buffer_.AtEnd() ? Match::No : Match::NeedsMore;
-}
-
 bool DelimitedRecords::IsOpening(const char* fieldStart, const char* place) const {
     return IsPadding({fieldStart, static_cast<std::size_t>(place - fieldStart)});
 }
 
 bool DelimitedRecords::IsPadding(std::string_view text) const {
     return text.empty() || text.find_first_not_of(padding_) == std::string_view::npos;
-}
-
-/// The next place where a delimiter, a qualifier or a line end may begin; the window's end when there is none.
-const char* DelimitedRecords::NextMark() {
-    const char* const end = buffer_.End();
-    while (marks_ == 0) {
-        if (end - block_ <= static_cast<std::ptrdiff_t>(kScanBlock)) return end;
-        block_ += kScanBlock;
-        marks_ = scan_.Find(block_);
-    }
-    const char* at = block_ + std::countr_zero(marks_);
-    marks_ &= marks_ - 1;
-    return std::min(at, end);
-}
-
-void DelimitedRecords::SeekMarks(const char* place) {
-    block_ = place;
-    marks_ = scan_.Find(block_);
 }
 
 }  // namespace varnel::text

@@ -6,6 +6,8 @@
 #pragma once
 
 #include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -33,6 +35,28 @@ private:
         bool doubled = false;
     };
 
+    /// The places where a delimiter, a qualifier or a line end may begin, one after the other.
+    struct Marks {
+        const char* block = nullptr;  // the block that bits describes
+        std::uint64_t bits = 0;       // places in the block not yet visited
+
+        void Seek(const ByteScan& scan, const char* place) {
+            block = place;
+            bits = scan.Find(block);
+        }
+        /// The next place; end when there is none before it.
+        const char* Next(const ByteScan& scan, const char* end) {
+            while (bits == 0) {
+                if (end - block <= static_cast<std::ptrdiff_t>(kScanBlock)) return end;
+                block += kScanBlock;
+                bits = scan.Find(block);
+            }
+            const char* at = block + std::countr_zero(bits);
+            bits &= bits - 1;
+            return at < end ? at : end;
+        }
+    };
+
     Scan ScanRecord();
     Scan ScanLastField(const char* fieldStart, const QualifiedPart& part);
     Scan EndRecord(const char* lineEnd, const char* fieldStart, const QualifiedPart& part);
@@ -43,14 +67,10 @@ private:
     bool IsOpening(const char* fieldStart, const char* place) const;
     bool IsPadding(std::string_view text) const;
 
-    const char* NextMark();
-    void SeekMarks(const char* place);
-
     std::string delimiter_, qualifier_;
     std::string_view padding_;  // the characters that may stand around qualifiers
     ByteScan scan_;
-    const char* block_ = nullptr;            // the block that marks_ describes
-    std::uint64_t marks_ = 0;                // places in the block not yet visited
+    Marks marks_;
     std::optional<std::uint64_t> unclosed_;  // offset of the one qualifier that nothing closes
     std::optional<std::uint64_t> closed_;    // offset of the last qualifier known to be closed beyond the window
 };
