@@ -12,7 +12,8 @@ namespace varnel {
 /// regard to case; names that begin with a dot are hidden and left out. Throws Error{Io} when the folder can't be read.
 std::vector<std::string> ListFiles(std::string_view storedFolder, std::string_view pattern);
 
-/// Renames a file within one file system; never overwrites. Throws Error{Io}: "File not found", "File already exists" ...
+/// Renames a file within one file system; never overwrites. Throws Error{Io}: "File not found", "File already exists"
+/// ...
 void RenameFile(std::string_view storedFrom, std::string_view storedTo);
 
 bool FileExists(std::string_view storedPath);
