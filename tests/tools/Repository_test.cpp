@@ -9,7 +9,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 // Every key and both forms of columns, with quotes, blanks and non-Latin letters where they may stand.
-const std::string kDatabaseSession = R"(# never run
+const std::string kDatabaseSession = R"toml(# never run
 [[session]]
 id = 12
 name = "Żółte \"orders\" o'clock"
@@ -51,9 +51,9 @@ columns = [
     "Zeta Boolean",
     "Alpha LongVarWChar -> Beta",
 ]
-)";
+)toml";
 
-const std::string kPollSession = R"(# never run
+const std::string kPollSession = R"toml(# never run
 [[session]]
 id = -3
 name = "Drop folder"
@@ -88,7 +88,7 @@ source_text = {delimiter = "\t", qualifier = "", header = false}
 columns = [
     "A Integer",
 ]
-)";
+)toml";
 
 class Repository : public AdminTest {};
 
