@@ -72,16 +72,15 @@ std::optional<std::int64_t> KeyReader::Number(std::string_view key, std::string_
     const std::int64_t number = node->is_integer() ? node->as_integer()->get() : 0;
     if (!node->is_integer() || number < least || number > most) {
         WrongKind(key, "a whole number from " + std::to_string(least) + " to " + std::to_string(most), example);
-        return std::clamp<std::int64_t>(0, least, most);
+        return std::nullopt;
     }
     return number;
 }
 
-std::int64_t KeyReader::RequiredNumber(std::string_view key, std::string_view example, std::int64_t least,
-                                       std::int64_t most) {
-    const auto number = Number(key, example, least, most);
-    if (!number) Missing(key, example);
-    return number.value_or(least);
+std::optional<std::int64_t> KeyReader::RequiredNumber(std::string_view key, std::string_view example,
+                                                      std::int64_t least, std::int64_t most) {
+    if (!Has(key)) Missing(key, example);
+    return Number(key, example, least, most);
 }
 
 const toml::table* KeyReader::Table(std::string_view key, std::string_view example) {

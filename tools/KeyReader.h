@@ -53,7 +53,8 @@ public:
     std::optional<bool> Flag(std::string_view key, std::string_view example);
     std::optional<std::int64_t> Number(std::string_view key, std::string_view example, std::int64_t least,
                                        std::int64_t most);
-    std::int64_t RequiredNumber(std::string_view key, std::string_view example, std::int64_t least, std::int64_t most);
+    std::optional<std::int64_t> RequiredNumber(std::string_view key, std::string_view example, std::int64_t least,
+                                               std::int64_t most);
     const toml::table* Table(std::string_view key, std::string_view example);
     const toml::array* Array(std::string_view key, std::string_view example);
     /// One of the words, as written there; another one is a fault that lists them.

@@ -171,8 +171,9 @@ SessionDefinition ReadSession(const toml::table& node, Faults& faults) {
     KeyReader keys(node, "a session", faults);
     SessionDefinition session;
     session.place = faults.Place(node);
-    session.id = static_cast<std::int16_t>(keys.RequiredNumber("id", "id = 12", kLeastId, kMostId));
-    if (session.id == 0) faults.Add(keys.At("id"), "id must not be 0, which runs nothing; write id = 12");
+    const auto id = keys.RequiredNumber("id", "id = 12", kLeastId, kMostId);
+    session.id = static_cast<std::int16_t>(id.value_or(0));
+    if (id == 0) faults.Add(keys.At("id"), "id must not be 0, which runs nothing; write id = 12");
     session.name = keys.RequiredText("name", "name = \"Nightly orders\"");
     session.log = keys.Text("log", "log = 'C:\\logs\\orders.log'").value_or("");
     Side source = ReadSide(keys, "source", kSourceKinds, faults),
@@ -235,9 +236,9 @@ std::vector<SessionDefinition> ReadSessionFiles(const std::vector<std::string>& 
     }
     CheckNumbers(sessions, lines);
     if (lines.empty()) return sessions;
-    std::string text;
-    for (const std::string& line : lines) text += line + "\n";
-    throw Error(ErrorKind::Syntax, "", text + "nothing was imported");
+    std::string text = "nothing was imported:";
+    for (const std::string& line : lines) text += "\n" + line;
+    throw Error(ErrorKind::Syntax, "", text);
 }
 
 }  // namespace varnel::admin
