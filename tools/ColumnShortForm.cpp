@@ -26,7 +26,7 @@ std::string TakeName(std::string_view& rest) {
     if (bracketed) rest.remove_prefix(1);
     const std::size_t end = rest.find(bracketed ? ']' : ' ');
     if (bracketed && end == std::string_view::npos) Refuse("a [ without its ]");
-    const std::string name(rest.substr(0, end));
+    std::string name(rest.substr(0, end));
     rest.remove_prefix(std::min(rest.size(), name.size() + (bracketed ? 1 : 0)));
     if (name.empty() || name == kArrow) Refuse("a column without a name");
     return name;

@@ -97,7 +97,7 @@ const toml::array* KeyReader::Array(std::string_view key, std::string_view examp
 
 std::optional<std::string> KeyReader::Word(std::string_view key, std::string_view example,
                                            const std::vector<std::string_view>& words) {
-    const auto text = Text(key, example);
+    auto text = Text(key, example);
     if (!text || std::find(words.begin(), words.end(), *text) != words.end()) return text;
     std::string list;
     for (const std::string_view word : words) {

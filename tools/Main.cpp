@@ -2,11 +2,11 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <exception>
 #include <string>
 #include <vector>
 
 #include "ado/SessionLease.h"
-#include "platform/Error.h"
 #include "platform/StoredPath.h"
 #include "providers/ProviderList.h"
 #include "tools/Repository.h"
@@ -74,10 +74,6 @@ int Run(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsage;
-    } catch (const Error& error) {
-        std::fflush(stdout);
-        std::fprintf(stderr, "varnel-admin: %s\n", error.what());
-        return kFailed;
     }
     return std::fflush(stdout) == 0 ? 0 : kFailed;
 }
@@ -86,5 +82,11 @@ int Run(int argc, char** argv) {
 }  // namespace varnel::admin
 
 int main(int argc, char** argv) {
-    return varnel::admin::Run(argc, argv);
+    try {
+        return varnel::admin::Run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fflush(stdout);
+        std::fprintf(stderr, "varnel-admin: %s\n", error.what());
+        return varnel::admin::kFailed;
+    }
 }
