@@ -1,0 +1,65 @@
+#include "ado/types/DataTypeEnum.h"
+
+namespace varnel {
+
+bool IsLongOrBinary(DataTypeEnum type) {
+    return type == adBinary || type == adLongVarChar || type == adLongVarWChar || type == adVarBinary ||
+           type == adLongVarBinary;
+}
+
+const char* DesignerTypeName(DataTypeEnum type) {
+    switch (type) {
+        case adSmallInt:
+            return "SmallInt";
+        case adInteger:
+            return "Integer";
+        case adSingle:
+            return "Single";
+        case adDouble:
+            return "Double";
+        case adCurrency:
+            return "Currency";
+        case adDate:
+            return "Date";
+        case adBoolean:
+            return "Boolean";
+        case adTinyInt:
+            return "TinyInt";
+        case adUnsignedTinyInt:
+            return "UnsignedTinyInt";
+        case adGUID:
+            return "GUID";
+        case adBinary:
+            return "Binary";
+        case adChar:
+            return "Char";
+        case adWChar:
+            return "Wchar";
+        case adNumeric:
+            return "Numeric";
+        case adDBDate:
+            return "DBDate";
+        case adDBTime:
+            return "DBTime";
+        case adDBTimeStamp:
+            return "DBTimeStamp";
+        case adVarNumeric:
+            return "VarNumeric";
+        case adVarChar:
+            return "Varchar";
+        case adLongVarChar:
+            return "LongVarChar";
+        case adVarWChar:
+            return "VarWchar";
+        case adLongVarWChar:
+            return "LongVarWChar";
+        case adVarBinary:
+            return "VarBinary";
+        case adLongVarBinary:
+            return "LongVarBinary";
+        default:
+            return "";
+    }
+}
+
+}  // namespace varnel
