@@ -36,10 +36,15 @@ public:
     bool IsOpen() const { return descriptor_ >= 0; }
     /// Writes all bytes. Throws Error{Io}; what was written before the failure stays.
     void Write(std::string_view bytes);
+    /// Writes all of buffer and empties it. Throws as above; what was written is then gone from buffer's front, so
+    /// that the rest can be tried again.
+    void Drain(std::string& buffer);
     /// Throws Error{Io} when the system reports a late write failure; the file is closed all the same.
     void Close();
 
 private:
+    std::size_t WriteSome(std::string_view bytes);
+
     int descriptor_ = -1;
     std::string path_;
 };

@@ -1,7 +1,7 @@
 #include "repository/ReadSession.h"
 
 #include "app/flags/SharedFlags.h"
-#include "repository/RepositoryQuery.h"
+#include "repository/model/RepositoryQuery.h"
 #include "repository/model/RowFields.h"
 #include "repository/model/SessionModel.h"
 

@@ -1,4 +1,4 @@
-#include "repository/RepositoryQuery.h"
+#include "repository/model/RepositoryQuery.h"
 
 #include "ado/types/ValueConvert.h"
 #include "repository/model/SessionModel.h"
