@@ -69,7 +69,7 @@ protected:
         log_ = Timeless(FileExistsIn(session_.log) ? ReadBytes(session_.log) : "");
         window_ = Timeless(form_->logTxt);
     }
-    static bool FileExistsIn(const std::string& path) { return !path.empty() && std::filesystem::exists(path); }
+    static bool FileExistsIn(const std::string& path) { return std::filesystem::is_regular_file(path); }
     static std::string Timeless(const std::string& text) {
         static const std::regex moment("[0-9]+/[0-9]+/[0-9]{4}( [0-9]+:[0-9]+:[0-9]+ [AP]M)?");
         static const std::regex span("[0-9]+ Hrs [0-9]+ Min [0-9]+ Sec");
