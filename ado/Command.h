@@ -35,6 +35,8 @@ public:
     /// Runs CommandText with the parameters' current values. With parameters it is prepared once and prepared anew
     /// only when the text changes. A value is converted to its parameter's type; a text longer than Size is refused.
     void Execute();
+    /// A commit point for what was executed so far. Throws Error when something of it was lost.
+    void Commit();
 
 private:
     void PrepareOnce();

@@ -27,10 +27,12 @@ public:
     /// Runs the query and stands on its first row. Throws Error; the record set is then closed.
     /// The first form takes a log-in of its own, the second one shares the connection's.
     void Open(const std::string& source, const std::string& connectionString,
-              CursorTypeEnum cursorType = adOpenUnspecified, LockTypeEnum lockType = adLockUnspecified, int options = -1);
+              CursorTypeEnum cursorType = adOpenUnspecified, LockTypeEnum lockType = adLockUnspecified,
+              int options = -1);
     void Open(const std::string& source, const Connection& connection, CursorTypeEnum cursorType = adOpenUnspecified,
               LockTypeEnum lockType = adLockUnspecified, int options = -1);
-    /// Commits appended rows, drops a pending one, ends the read. Throws Error when the commit fails; closed all the same.
+    /// Commits appended rows, drops a pending one, ends the read. Throws Error when the commit fails; closed all the
+    /// same.
     void Close();
     bool IsOpen() const { return session_ != nullptr; }
 
@@ -59,15 +61,18 @@ private:
     void OpenOn(std::shared_ptr<SessionLease> session, const std::string& source, LockTypeEnum lockType);
     void RunQuery();
     void Fetch();
+    void ReadOnFirstUse();
     void RequireOpen() const;
-    void RequireRow() const;
     void DescribeFields(const std::vector<ColumnInfo>& columns);
     const Value& Read(std::size_t index);
     void Assign(std::size_t index, const Value& value);
+    void DropEverything();
 
-    enum class Position { NotRead, OnRow, AtEnd, Broken };
+    /// NotRead: an updatable record set whose rows nobody has asked for yet.
+    enum class Position { NotRead, OnRow, OnNewRow, Adding, AtEnd, Broken };
 
     std::shared_ptr<SessionLease> session_;
+    std::shared_ptr<SessionLease> readSession_;  // a log-in of its own for the rows of an updatable record set
     std::string source_;
     std::unique_ptr<RowReader> reader_;
     std::unique_ptr<Appender> appender_;
@@ -75,9 +80,9 @@ private:
     std::vector<Value> row_;
     std::vector<Value> pending_;
     std::vector<bool> assigned_;
-    std::string brokenBy_;
+    std::unique_ptr<Error> brokenBy_;
     Position position_ = Position::NotRead;
-    bool adding_ = false;
+    Position beforeAdding_ = Position::NotRead;
 };
 
 }  // namespace varnel

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ado/types/Provider.h"
+#include "platform/Error.h"
 
 namespace varnel {
 
@@ -24,8 +25,7 @@ public:
     SessionLease(const SessionLease&) = delete;
     SessionLease& operator=(const SessionLease&) = delete;
 
-    ProviderSession& operator*() const { return *session_; }
-    ProviderSession* operator->() const { return session_.get(); }
+    const std::string& ConnectionText() const { return key_; }
     /// Runs a step on the session; an Error of kind Connection marks the log-in as broken, so that it is not pooled.
     template <class Step>
     auto Guarded(Step&& step) {

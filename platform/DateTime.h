@@ -35,7 +35,8 @@ bool IsRealCivil(const CivilTime& civil);
 
 /// Automation date: days as a double, the fraction is the time of day, counted forward also for negative days.
 double ToAutomationDate(DateTime moment);
-/// The reverse; the time of day is rounded to the nearest microsecond. Throws Error{Conversion} outside years 100 to 9999.
+/// The reverse; the time of day is rounded to the nearest microsecond. Throws Error{Conversion} outside years 100 to
+/// 9999.
 DateTime FromAutomationDate(double days);
 
 }  // namespace varnel

@@ -167,13 +167,29 @@ OutputFile& OutputFile::operator=(OutputFile&& other) noexcept {
     return *this;
 }
 
-void OutputFile::Write(std::string_view bytes) {
-    if (!IsOpen()) throw Error(ErrorKind::Misuse, path_, "Bad file name or number");
-    while (!bytes.empty()) {
+/// One successful write; throws when the system refuses it.
+std::size_t OutputFile::WriteSome(std::string_view bytes) {
+    if (!IsOpen()) throw Error(ErrorKind::Misuse, path_, "Bad file name or number: '" + path_ + "'");
+    while (true) {
         const ssize_t written = write(descriptor_, bytes.data(), bytes.size());
-        if (written < 0 && errno != EINTR) ThrowFileError(errno, path_);
-        if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+        if (written >= 0) return static_cast<std::size_t>(written);
+        if (errno != EINTR) ThrowFileError(errno, path_);
     }
+}
+
+void OutputFile::Write(std::string_view bytes) {
+    while (!bytes.empty()) bytes.remove_prefix(WriteSome(bytes));
+}
+
+void OutputFile::Drain(std::string& buffer) {
+    std::size_t done = 0;
+    try {
+        while (done < buffer.size()) done += WriteSome(std::string_view(buffer).substr(done));
+    } catch (const Error&) {
+        buffer.erase(0, done);
+        throw;
+    }
+    buffer.clear();
 }
 
 void OutputFile::Close() {

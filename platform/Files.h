@@ -12,7 +12,8 @@ namespace varnel {
 /// regard to case; names that begin with a dot are hidden and left out. Throws Error{Io} when the folder can't be read.
 std::vector<std::string> ListFiles(std::string_view storedFolder, std::string_view pattern);
 
-/// Renames a file within one file system; never overwrites. Throws Error{Io}: "File not found", "File already exists" ...
+/// Renames a file within one file system; never overwrites. Throws Error{Io}: "File not found", "File already exists"
+/// ...
 void RenameFile(std::string_view storedFrom, std::string_view storedTo);
 
 bool FileExists(std::string_view storedPath);
@@ -35,10 +36,15 @@ public:
     bool IsOpen() const { return descriptor_ >= 0; }
     /// Writes all bytes. Throws Error{Io}; what was written before the failure stays.
     void Write(std::string_view bytes);
+    /// Writes all of buffer and empties it. Throws as above; what was written is then gone from buffer's front, so
+    /// that the rest can be tried again.
+    void Drain(std::string& buffer);
     /// Throws Error{Io} when the system reports a late write failure; the file is closed all the same.
     void Close();
 
 private:
+    std::size_t WriteSome(std::string_view bytes);
+
     int descriptor_ = -1;
     std::string path_;
 };

@@ -47,7 +47,13 @@ bool IsLongOrBinary(DataTypeEnum type);
 /// The name without "ad" as session definitions write it ("VarWchar", "LongVarWChar", "DBTimeStamp"); "" when unknown.
 const char* DesignerTypeName(DataTypeEnum type);
 
-enum CursorTypeEnum : std::int8_t { adOpenUnspecified = -1, adOpenForwardOnly = 0, adOpenKeyset = 1, adOpenDynamic = 2, adOpenStatic = 3 };
+enum CursorTypeEnum : std::int8_t {
+    adOpenUnspecified = -1,
+    adOpenForwardOnly = 0,
+    adOpenKeyset = 1,
+    adOpenDynamic = 2,
+    adOpenStatic = 3
+};
 enum LockTypeEnum : std::int8_t { adLockUnspecified = -1, adLockReadOnly = 1, adLockOptimistic = 3 };
 enum CursorLocationEnum : std::int8_t { adUseServer = 2, adUseClient = 3 };
 enum CommandTypeEnum : std::int8_t { adCmdUnspecified = -1, adCmdText = 1 };

@@ -47,6 +47,8 @@ public:
     virtual ~PreparedStatement() = default;
     /// parameters: one value per marker. Throws when the database refuses; nothing of this call is stored then.
     virtual void Execute(std::span<const Value> parameters) = 0;
+    /// A commit point: what was executed survives the end of the process. Nothing to do where every Execute is one.
+    virtual void Commit() {}
 };
 
 /// What AddNew and Update need: inserts rows into the table that a SELECT of plain columns names.

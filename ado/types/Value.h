@@ -16,16 +16,16 @@ namespace varnel {
 enum class ValueKind : std::uint8_t {
     Null,
     Boolean,
-    Integer,   ///< 64-bit signed
-    Single,    ///< 4-byte float, kept apart because its text has fewer digits
+    Integer,  ///< 64-bit signed
+    Single,   ///< 4-byte float, kept apart because its text has fewer digits
     Double,
     Currency,  ///< 64-bit integer, the value times 10,000
     Decimal,
     DateTime,
-    Text,      ///< UTF-8
+    Text,  ///< UTF-8
     Bytes,
-    Guid,      ///< 16 bytes in the order in which the text form shows them
-    Failure    ///< a cell that could not be read; its text says why, and reading the field raises it
+    Guid,    ///< 16 bytes in the order in which the text form shows them
+    Failure  ///< a cell that could not be read; its text says why, and reading the field raises it
 };
 
 using GuidBytes = std::array<std::uint8_t, 16>;

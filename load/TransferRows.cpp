@@ -1,0 +1,219 @@
+#include "load/TransferRows.h"
+
+#include "app/flags/SharedFlags.h"
+#include "app/shared/SessionLog.h"
+#include "load/RecordValues.h"
+#include "load/TransferSteps.h"
+#include "source/SourceQuery.h"
+#include "ui/ProgressForm.h"
+
+namespace varnel {
+
+namespace {
+
+/// The texts that write the target: "INSERT INTO T (ID,NAME) VALUES (" for an Oracle target, and the SELECT whose
+/// columns new records fill.
+struct TargetTexts {
+    std::string insert;
+    std::string select;
+};
+
+TargetTexts BuildTargetTexts(std::int16_t i) {
+    const TableEntry& table = DestTables(i);
+    const std::string& kind = SessionDef.TargetDBName;
+    const bool bracketed = kind == "ACCESS" || kind == "MSSQL";
+    std::string list;
+    for (const std::string& name : TargetColumns(i)) list += bracketed ? " [" + name + "]," : name + ",";
+    if (!list.empty()) list.pop_back();
+
+    TargetTexts texts{"INSERT INTO " + table.TableName + " (" + list + ") VALUES (", "Select " + list};
+    if (kind == "ACCESS") {
+        texts.select += " FROM [" + table.TableName + "] ";
+    } else if (kind == "MSSQL") {
+        texts.select += " FROM [" + table.OwnerName + "].[" + table.TableName + "] ";
+    } else {
+        texts.select += " FROM " + table.TableName;
+    }
+    return texts;
+}
+
+/// The transfer of one table; Run reads as the list of its steps.
+class RowTransfer {
+public:
+    explicit RowTransfer(std::int16_t i)
+        : transfer_{i}, trap_([this](const Error& error) { Report(error); }, [this] { GiveUp(); }) {}
+
+    bool Run() {
+        return trap_.Run([this] {
+            Announce();
+            OpenSource();
+            if (SessionDef.TargetDBName == "ORACLE" && !SourceHasLongFields()) {
+                WriteByParameters();
+            } else {
+                WriteRecordByRecord();
+            }
+            trap_.Try([] { SrcRs->Close(); });
+            ReportEndOfTable(transfer_);
+            return true;
+        });
+    }
+
+private:
+    void Announce();
+    void OpenSource();
+    void WriteByParameters();
+    void WriteRecordByRecord();
+    void PrepareCommand(Command& command);
+    void SetParameters(Command& command);
+    void SetFields();
+    void CountRow();
+    void MoveToNextSourceRow() {
+        trap_.Try([] { SrcRs->MoveNext(); });
+    }
+    void Report(const Error& error);
+    void GiveUp();
+
+    Transfer transfer_;
+    FailureTrap trap_;
+    TargetTexts target_;
+};
+
+void RowTransfer::Announce() {
+    const std::string& S = SourceTables(transfer_.i).TableName;
+    LogAndShow("About to Insert Rows in " + S,
+               "About to Insert Rows from " + S + " to " + DestTables(transfer_.i).TableName);
+}
+
+void RowTransfer::OpenSource() {
+    target_ = BuildTargetTexts(transfer_.i);
+    trap_.Need([] { OpenSourceConnection(); });
+    const SourceQueries queries = BuildSourceQueries(transfer_.i, "Select count(*) ", MySqlFrom::OwnerAndTable);
+    const CursorTypeEnum countCursor = SessionDef.TargetDBName == "MSSQL" ? adOpenForwardOnly : adOpenKeyset;
+    trap_.Try([&] { transfer_.total = CountSourceRows(queries.count, countCursor); });
+    trap_.Need([&] { OpenSourceRows(queries.select, adOpenKeyset); });
+}
+
+void RowTransfer::WriteByParameters() {
+    Command command;
+    trap_.Need([&] { PrepareCommand(command); });
+    StartProgress(transfer_);
+    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
+        if (at == SourcePosition::Broken) continue;
+        transfer_.rowOk = true;
+        SetParameters(command);
+        ++transfer_.attempted;
+        if (transfer_.rowOk) trap_.Try([&] { command.Execute(); });
+        MoveToNextSourceRow();
+        ShowRowPro(transfer_.loaded + 1);
+        if (transfer_.rowOk) CountRow();
+        if (!YieldAndGoOn(transfer_)) break;
+    }
+    trap_.Try([&] { command.Commit(); });
+}
+
+void RowTransfer::PrepareCommand(Command& command) {
+    command.CommandType = adCmdText;
+    command.SetActiveConnection(SessionDef.TargetConnStr);
+    command.CommandText = target_.insert;
+    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
+        const Field& field = SrcRs->Fields(k);
+        command.CommandText += "?,";
+        Parameter parameter;
+        parameter.Type = MapParamType(field.Type());
+        parameter.Size = field.DefinedSize();
+        parameter.NumericScale = field.NumericScale();
+        parameter.Precision = field.Precision();
+        command.Parameters.Append(std::move(parameter));
+    }
+    command.CommandText.back() = ')';
+}
+
+void RowTransfer::SetParameters(Command& command) {
+    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
+        trap_.Try([&] {
+            const Field& field = SrcRs->Fields(k);
+            SetOracleValue(field.Type(), field.GetValue(), command.Parameters(k).Value);
+        });
+    }
+}
+
+void RowTransfer::WriteRecordByRecord() {
+    trap_.Need([] {
+        DestConn = std::make_unique<Connection>();
+        DestConn->Open(SessionDef.TargetConnStr);
+    });
+    trap_.Need([&] {
+        DestRs = std::make_unique<Recordset>();
+        DestRs->Open(target_.select, *DestConn, adOpenDynamic, adLockOptimistic);
+    });
+    StartProgress(transfer_);
+    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
+        if (at == SourcePosition::Broken) continue;
+        transfer_.rowOk = true;
+        trap_.Try([] { DestRs->AddNew(); });
+        SetFields();
+        ++transfer_.attempted;
+        if (transfer_.rowOk) trap_.Try([] { DestRs->Update(); });
+        MoveToNextSourceRow();
+        ShowRowPro(transfer_.loaded + 1);
+        if (transfer_.rowOk) {
+            CountRow();
+        } else {
+            trap_.Try([] { DestRs->CancelUpdate(); });
+        }
+        if (!YieldAndGoOn(transfer_)) break;
+    }
+    trap_.Try([] { DestRs->Close(); });
+}
+
+void RowTransfer::SetFields() {
+    Value scratch;
+    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
+        trap_.Try([&] {
+            const Field& source = SrcRs->Fields(k);
+            Field& target = DestRs->Fields(k);
+            target.SetValue(RecordValue(source.Type(), source.GetValue(), target.Type(), scratch));
+        });
+    }
+}
+
+void RowTransfer::CountRow() {
+    ++transfer_.loaded;
+    ShowLoadedRows(transfer_);
+}
+
+void RowTransfer::Report(const Error& error) {
+    const bool polled = SessionDef.SourceDBName == "TEXTPOLL";
+    constexpr std::string_view kHint =
+        "f Folder Polling is selected as source then, the files must be of same structure";
+    transfer_.rowOk = false;
+    WriteLog(EngineLogFile, std::string("Error Loading Row\r\n") + error.what());
+    if (polled) WriteLog(EngineLogFile, "i" + std::string(kHint));
+    if (!ShowOutput) return;
+    AppendWindowLine("Error Loading Row:" + std::to_string(transfer_.attempted) + "\r\n0 " + error.what());
+    if (polled) AppendWindowLine("I" + std::string(kHint));
+}
+
+void RowTransfer::GiveUp() {
+    SettleGivenUpTable([this](const Error& error) { Report(error); });
+    const std::string line =
+        "Aborting Loading Rows for Table :" + SourceTables(transfer_.i).TableName + " As Errors Exceeded 50 Allowed";
+    LogAndShow(line, line);
+}
+
+}  // namespace
+
+DataTypeEnum MapParamType(DataTypeEnum t) {
+    const bool oracle = SessionDef.TargetDBName == "ORACLE";
+    if (t == adVarWChar) return adVarChar;
+    if (t == adVarNumeric) return adNumeric;
+    if (t == adBoolean && oracle) return adVarChar;
+    if (t == adCurrency && oracle) return adVarNumeric;
+    return t;
+}
+
+bool TransferRows(std::int16_t i) {
+    return RowTransfer(i).Run();
+}
+
+}  // namespace varnel

@@ -1,0 +1,177 @@
+#include "app/flags/SharedFlags.h"
+#include "app/shared/SessionLog.h"
+#include "app/shared/Yield.h"
+#include "load/BatchInsert.h"
+#include "load/RecordValues.h"
+#include "load/TransferRows.h"
+#include "load/TransferSteps.h"
+#include "source/SourceQuery.h"
+#include "ui/ProgressForm.h"
+
+namespace varnel {
+
+namespace {
+
+constexpr std::int32_t kRowsPerStatement = 100;
+
+/// The transfer of one table into MySQL; Run reads as the list of its steps.
+class MultiRowTransfer {
+public:
+    explicit MultiRowTransfer(std::int16_t i)
+        : transfer_{i}, trap_([this](const Error& error) { Report(error); }, [this] { GiveUp(); }) {}
+
+    bool Run() {
+        return trap_.Run([this] {
+            Announce();
+            OpenSource();
+            SourceHasLongFields() ? WriteRecordByRecord() : WriteBatches();
+            trap_.Try([] { SrcRs->Close(); });
+            ReportEndOfTable(transfer_);
+            return true;
+        });
+    }
+
+private:
+    void Announce();
+    void OpenSource();
+    std::string ColumnList() const;
+    void WriteBatches();
+    void AddRow(BatchInsert& batch);
+    void Send(Command& command, BatchInsert& batch, std::string_view ending);
+    void WriteRecordByRecord();
+    void SetFields();
+    void ShowIfRowOk() {
+        if (transfer_.rowOk) ShowLoadedRows(transfer_);
+    }
+    void MoveToNextSourceRow() {
+        trap_.Try([] { SrcRs->MoveNext(); });
+    }
+    void Report(const Error& error);
+    void GiveUp();
+
+    Transfer transfer_;
+    FailureTrap trap_;
+};
+
+void MultiRowTransfer::Announce() {
+    LogAndShow("About to Insert Rows in " + SourceTables(transfer_.i).TableName,
+               "About to Insert Rows in " + DestTables(transfer_.i).TableName + " Table");
+}
+
+void MultiRowTransfer::OpenSource() {
+    trap_.Need([] { OpenSourceConnection(); });
+    const SourceQueries queries = BuildSourceQueries(transfer_.i, "Select Count(*) ", MySqlFrom::OwnerAndTable);
+    trap_.Try([&] { transfer_.total = CountSourceRows(queries.count, adOpenForwardOnly); });
+    trap_.Need([&] { OpenSourceRows(queries.select, adOpenForwardOnly); });
+}
+
+/// " `id`, `name`"
+std::string MultiRowTransfer::ColumnList() const {
+    std::string list;
+    for (const std::string& name : TargetColumns(transfer_.i)) list += " `" + name + "`,";
+    if (!list.empty()) list.pop_back();
+    return list;
+}
+
+void MultiRowTransfer::WriteBatches() {
+    Command command;
+    command.CommandType = adCmdText;
+    trap_.Need([&] { command.SetActiveConnection(SessionDef.TargetConnStr); });
+    BatchInsert batch("INSERT INTO `" + DestTables(transfer_.i).TableName + "` (" + ColumnList() + ") VALUES ");
+    StartProgress(transfer_);
+    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
+        if (at == SourcePosition::Broken) continue;
+        AddRow(batch);
+        MoveToNextSourceRow();
+        if (transfer_.loaded % kRowsPerStatement != 0) continue;
+        Send(command, batch, ";");
+        ShowRowPro(transfer_.loaded);
+        YieldToUserInterface();
+        if (CancelRequested) break;
+        ShowIfRowOk();
+    }
+    if (!batch.Empty() && !CancelRequested) Send(command, batch, "");
+    ShowIfRowOk();
+}
+
+/// Every row counts, also one whose values failed: the statement that carries it is then rejected as a whole.
+void MultiRowTransfer::AddRow(BatchInsert& batch) {
+    transfer_.rowOk = true;
+    batch.StartRow();
+    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
+        trap_.Try([&] {
+            const Field& field = SrcRs->Fields(k);
+            batch.AddValue(field.Type(), field.GetValue());
+        });
+    }
+    batch.EndRow();
+    ++transfer_.loaded;
+}
+
+void MultiRowTransfer::Send(Command& command, BatchInsert& batch, std::string_view ending) {
+    trap_.Try([&] {
+        command.CommandText = batch.Finish(ending);
+        command.Execute();
+    });
+    batch.Clear();
+}
+
+void MultiRowTransfer::WriteRecordByRecord() {
+    trap_.Need([] {
+        DestConn = std::make_unique<Connection>();
+        DestConn->CursorLocation = adUseClient;
+        DestConn->Open(SessionDef.TargetConnStr);
+    });
+    trap_.Need([&] {
+        DestRs = std::make_unique<Recordset>();
+        DestRs->Open("Select " + ColumnList() + " FROM `" + DestTables(transfer_.i).TableName + "` ", *DestConn,
+                     adOpenStatic, adLockOptimistic);
+    });
+    StartProgress(transfer_);
+    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
+        if (at == SourcePosition::Broken) continue;
+        transfer_.rowOk = true;
+        trap_.Try([] { DestRs->AddNew(); });
+        SetFields();
+        ++transfer_.attempted;
+        if (transfer_.rowOk) trap_.Try([] { DestRs->Update(); });
+        MoveToNextSourceRow();
+        if (transfer_.rowOk) {
+            ++transfer_.loaded;
+            ShowRowPro(transfer_.loaded);
+            ShowLoadedRows(transfer_);
+        }
+        if (!YieldAndGoOn(transfer_)) break;
+    }
+    trap_.Try([] { DestRs->Close(); });
+}
+
+void MultiRowTransfer::SetFields() {
+    Value scratch;
+    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
+        trap_.Try([&] {
+            const Field& source = SrcRs->Fields(k);
+            DestRs->Fields(k).SetValue(MySqlRecordValue(source.Type(), source.GetValue(), scratch));
+        });
+    }
+}
+
+void MultiRowTransfer::Report(const Error& error) {
+    transfer_.rowOk = false;
+    LogAndShow(std::string("Error Loading Row\r\n") + error.what(),
+               "Error Loading Row:" + std::to_string(transfer_.loaded) + "\r\n" + error.what());
+}
+
+void MultiRowTransfer::GiveUp() {
+    SettleGivenUpTable([this](const Error& error) { Report(error); });
+    const std::string head = "Aborting Loading Rows for Table :" + SourceTables(transfer_.i).TableName;
+    LogAndShow(head + " As Errors Exceeded Max Allowed", head + " As Errors Exceeded 50 Allowed");
+}
+
+}  // namespace
+
+bool TransferRowsMulti(std::int16_t i) {
+    return MultiRowTransfer(i).Run();
+}
+
+}  // namespace varnel

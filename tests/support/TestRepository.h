@@ -1,0 +1,64 @@
+// A repository made for a test: vrrepo.mdb with the three tables, and sessions described in a few lines.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace varnel {
+
+/// One column mapping. target empty: the same name; targetType empty: the column is defined from the source.
+struct TestColumn {
+    std::string source;
+    std::string type;  ///< the ADO type name without "ad" ("Integer", "VarWchar")
+    int width = 0;
+    int scale = 0;
+    std::string target = {};
+    std::string targetType = {};
+    int selected = 1;
+};
+
+struct TestTable {
+    std::string source, target;
+    std::vector<TestColumn> columns;
+    bool exists = true;
+    std::string option = "DROP";
+    std::string where = {};
+    std::string firstTime = {};
+    std::string sourceOwner = {}, targetOwner = {};
+};
+
+struct TestSession {
+    int id = 1;
+    std::string name = "Test";
+    std::string sourceKind = "ACCESS", sourceConnection;
+    std::string targetKind = "ACCESS", targetConnection;
+    std::string log;
+    std::vector<TestTable> tables;
+};
+
+class TestRepository {
+public:
+    /// Makes folder/vrrepo.mdb. Needs SetProviders to have been called.
+    explicit TestRepository(std::string folder);
+
+    /// Stores a session; its tables are numbered from 1.
+    void Add(const TestSession& session);
+    /// Runs any statement on the repository.
+    void Execute(const std::string& statement);
+    /// The default texts of a query's fields, rows joined by LF and fields by "|"; Null reads as "NULL".
+    std::string Ask(const std::string& query);
+
+    const std::string& ConnectionText() const { return connection_; }
+
+private:
+    std::string connection_;
+};
+
+/// The same for any connection string.
+std::string AskRows(const std::string& connection, const std::string& query);
+void ExecuteOn(const std::string& connection, const std::string& statement);
+/// "Provider=SQLite;Data Source=path;Mode=ReadWriteCreate"
+std::string SqliteConnection(const std::string& path);
+
+}  // namespace varnel
