@@ -39,8 +39,9 @@ TEST_F(SqlOutput, NoRowsStillShowTheColumns) {
 }
 
 TEST_F(SqlOutput, RowsBeyondTheSampleArrive) {
-    Output({"sql", kDatabase, "INSERT INTO T (N) VALUES (123456)"});
-    for (int doubled = 0; doubled < 11; ++doubled) Output({"sql", kDatabase, "INSERT INTO T SELECT * FROM T"});
+    std::string values = "(123456)";
+    for (int row = 1; row < 2048; ++row) values += ",(123456)";
+    Output({"sql", kDatabase, "INSERT INTO T (N) VALUES " + values});
     const std::string rows = Output({"sql", kDatabase, "SELECT N FROM T"});
     EXPECT_THAT(rows, testing::EndsWith("123456\n2048 rows\n"));
     EXPECT_EQ(rows.size(), (2 + 2048) * 7 + std::string("2048 rows\n").size());
