@@ -196,7 +196,8 @@ void MySqlLink::Fail(MYSQL_STMT* statement) {
 
 void MySqlLink::FailStream(MYSQL_STMT* statement) {
     streaming_ = false;
-    FailWith(mysql_stmt_errno(statement), mysql_stmt_error(statement), true);
+    if (mysql_stmt_errno(statement) != 0) FailWith(mysql_stmt_errno(statement), mysql_stmt_error(statement), true);
+    FailWith(mysql_errno(handle_.get()), mysql_error(handle_.get()), true);  // where the wire's own failures stand
 }
 
 void MySqlLink::FailLogIn() {
