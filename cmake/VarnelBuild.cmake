@@ -31,6 +31,9 @@ function(varnel_library name)
     target_link_libraries(${name} PUBLIC build_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
 endfunction()
 
+# The test programs that run the programs themselves (label "release"); ./check builds only these in the release build.
+add_custom_target(release_tests)
+
 # varnel_test(NAME SOURCES a_test.cpp ... LINKS target ... [WHOLE] [LABELS word ...])
 # A test program; CTest runs its cases one by one, or the program once with WHOLE (cases that share a server).
 function(varnel_test name)
@@ -40,6 +43,9 @@ function(varnel_test name)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE build_flags ${ARG_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
+    if("release" IN_LIST ARG_LABELS)
+        add_dependencies(release_tests ${name})
+    endif()
     if(ARG_WHOLE)
         add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})
         set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")

@@ -17,7 +17,7 @@ char32_t NextCodePoint(std::string_view utf8, std::size_t& at);
 void AppendCodePoint(std::string& out, char32_t codePoint);
 /// Bytes from at on that are ASCII.
 std::size_t AsciiRun(std::string_view bytes, std::size_t at);
-/// code as "U+03BB".
+/// "U+03BB".
 std::string CodePointName(char32_t codePoint);
 /// Simple case mapping of one code point, the same in every locale.
 char32_t FoldCodePoint(char32_t codePoint);

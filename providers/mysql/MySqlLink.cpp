@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <new>
+#include <utility>
 
 namespace varnel::mysql {
 namespace {
@@ -106,7 +107,11 @@ void MySqlLink::LogIn() {
         mysql_real_connect(handle_.get(), local ? "localhost" : options_.host.c_str(), TextOrNull(options_.user),
                            options_.password.c_str(), TextOrNull(options_.database), options_.port,
                            TextOrNull(options_.socket), CLIENT_MULTI_RESULTS);
-    if (connected == nullptr || !TryRun(kSessionSettings)) FailLogIn();
+    if (connected == nullptr) FailLogIn();
+    if (options_.tlsRequired && mysql_get_ssl_cipher(handle_.get()) == nullptr)  // the library goes on in the clear
+        throw Error(ErrorKind::Connection, options_.Place(),
+                    "The connection string requires an encrypted connection, but the server does not offer one.");
+    if (!TryRun(kSessionSettings)) FailLogIn();
 }
 
 MYSQL* MySqlLink::Ready() {
@@ -167,6 +172,10 @@ bool MySqlLink::InTransaction() const {
     unsigned status = 0;
     mariadb_get_infov(handle_.get(), MARIADB_CONNECTION_SERVER_STATUS, &status);
     return (status & SERVER_STATUS_IN_TRANS) != 0 || (status & SERVER_STATUS_AUTOCOMMIT) == 0;
+}
+
+void MySqlLink::Discard(StatementHandle statement) {
+    if (streaming_) discarded_.push_back(std::move(statement));
 }
 
 void MySqlLink::Drop() noexcept {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Error.h"
 #include "providers/mysql/MySqlOptions.h"
@@ -59,7 +60,9 @@ public:
 
     /// Only one stream of rows at a time.
     void BeginStream() { streaming_ = true; }
-    void EndStream() { streaming_ = false; }
+    void EndStream() { streaming_ = false, discarded_.clear(); }
+    /// Closes a statement; while rows of another are being read, as soon as they end, since closing reads the wire.
+    void Discard(StatementHandle statement);
     /// Ends the connection at once, unread rows included.
     void Drop() noexcept;
 
@@ -81,6 +84,7 @@ private:
     MySqlOptions options_;
     std::shared_ptr<const void> library_;  // outlives the handle
     std::unique_ptr<MYSQL, CloseConnection> handle_;
+    std::vector<StatementHandle> discarded_;
     std::uint64_t packetLimit_ = 0;
     SqlMode mode_ = SqlMode::LogIn;
     bool streaming_ = false;

@@ -126,6 +126,7 @@ TEST(CodePageTest, NamesWhatDoesNotConvert) {
     EXPECT_NE(ErrorOf([&] { utf8.Encode(out, "a\xFF"); }), "");
     EXPECT_NE(ErrorOf([&] { western.Encode(out, "a\xC3"); }), "");
     EXPECT_NE(ErrorOf([&] { utf16.Decode(out, "abc"); }), "");
+    EXPECT_EQ(out, "");  // nothing of what failed half way
     for (const int page : {0, 1, 12000, 1047, 28602, 99999, -1252}) {
         EXPECT_NE(ErrorOf([&] { CodePage unknown(page); }).find(std::to_string(page)), std::string::npos) << page;
     }
@@ -133,8 +134,9 @@ TEST(CodePageTest, NamesWhatDoesNotConvert) {
 
 TEST(Utf16Test, RefusesUnpairedSurrogates) {
     for (const std::string& bad : {"a"s, "\x3D\xD8"s, "\x3D\xD8\x61\x00"s, "\x00\xDE"s, "\x3D\xD8\x3D\xD8"s}) {
-        std::string out;
+        std::string out = "<";
         EXPECT_THROW(AppendUtf8FromUtf16(out, Bytes(bad)), Error);
+        EXPECT_EQ(out, "<");
     }
     std::string out;
     EXPECT_THROW(AppendUtf16FromUtf8(out, "\xED\xA0\x80"), Error);

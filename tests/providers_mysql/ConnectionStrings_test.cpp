@@ -82,7 +82,7 @@ TEST(MySqlConnectionStrings, GiveOptions) {
     const MySqlOptions flags = ReadMySqlOptions(ConnectionString("Driver={MySQL};OPTION=16795648"));
     EXPECT_TRUE(flags.compress && flags.noBigInt && flags.zeroDateToMinimum);
     const MySqlOptions words = ReadMySqlOptions(ConnectionString(
-        "Driver={MySQL};NO_BIGINT=1;COMPRESSED_PROTO=0;SSLMODE=verify_ca;SSLCA=/etc/ca.pem;TLSVERSION=TLSv1.3;"
+        "Driver={MySQL};NO_BIGINT=1;COMPRESSED_PROTO=0;SSLMODE=verify_identity;SSLCA=/etc/ca.pem;TLSVERSION=TLSv1.3;"
         "STMT={set a=1;};CHARSET=latin1;SOCKET=/run/s.sock;Connect Timeout=7"));
     EXPECT_TRUE(words.noBigInt && words.tlsRequired && words.tlsVerify);
     EXPECT_FALSE(words.compress);
@@ -91,6 +91,9 @@ TEST(MySqlConnectionStrings, GiveOptions) {
     EXPECT_EQ(words.initStatement, "set a=1;");
     EXPECT_EQ(words.socket, "/run/s.sock");
     EXPECT_EQ(words.connectSeconds, 7U);
+    const MySqlOptions chain = ReadMySqlOptions(ConnectionString("Driver={MySQL};SSLMODE=VERIFY_CA;SSLCA=/etc/ca.pem"));
+    EXPECT_TRUE(chain.tlsRequired && !chain.tlsVerify);  // a given authority is checked anyway, the name is not
+    EXPECT_TRUE(ReadMySqlOptions(ConnectionString("Driver={MySQL};SSLMODE=VERIFY_CA")).tlsVerify);
 }
 
 TEST(MySqlConnectionStrings, RefuseWhatCannotBeRead) {

@@ -30,6 +30,9 @@ TEST_F(MySqlLogIns, FailuresSayWhatTheServerSaysButNoPassword) {
         {"SERVER=localhost;UID=nobody", "Access denied for user 'nobody'@'127.0.0.1' (using password: YES)"},
         {"SERVER=127.0.0.1:1;UID=loader;CONN_TIMEOUT=5", "Can't connect to server on '127.0.0.1' ("},
         {"SOCKET=/nowhere/s.sock;UID=loader", "Can't connect to local server through socket '/nowhere/s.sock' (2)"},
+        {"SERVER=127.0.0.1;UID=loader;PWD=pa55 w'ord;SSLMODE=REQUIRED",
+         "The connection string requires an encrypted connection, but"},  // the server has no certificate
+        {"SERVER=127.0.0.1;UID=loader;PWD=pa55 w'ord;SSLVERIFY=1", ""},
         {"SERVER=127.0.0.1;CHARSET=klingon", "Unknown character set 'klingon' in the connection string."},
         {"SERVER=127.0.0.1;UID=loader;PWD=pa55 w'ord;DATABASE=missing", "Unknown database 'missing'"},
         {"SERVER=127.0.0.1;UID=loader;PWD=pa55 w'ord;INITSTMT={SELECT 'pa55 w'ord' oops}", nullptr},

@@ -64,6 +64,24 @@ TEST_F(MySqlStream, NothingElseRunsWhileRowsAreRead) {
     EXPECT_TRUE(session->Alive());
 }
 
+TEST_F(MySqlStream, StatementsMayEndWhileRowsAreRead) {
+    const auto session = LogIn();
+    session->Execute("CREATE OR REPLACE TABLE ending (id INT)");
+    auto prepared = session->Prepare("INSERT INTO ending VALUES (1)", {});
+    auto appender = session->OpenAppender("SELECT id FROM ending");
+    appender->Append(Row{Value::OfInteger(2)}, {true});
+    const auto reader = session->Query(std::string(kManyRows) + "5000");
+    Row row(3);
+    int rows = 0;
+    for (; reader->Next(row); ++rows) {
+        if (rows == 10) prepared.reset();
+        if (rows == 20) appender.reset();
+    }
+    EXPECT_EQ(rows, 5000);
+    EXPECT_TRUE(session->Reset() && session->Alive());
+    EXPECT_EQ(Server().Ask("SELECT COUNT(*) FROM shop.ending"), "1");
+}
+
 TEST_F(MySqlStream, AReaderOutlivesItsSession) {
     auto session = LogIn();
     const auto reader = session->Query(std::string(kManyRows) + "5000");
