@@ -41,7 +41,8 @@ TEST(Statements, MakeFillEmptyAndDropATargetTable) {
     database.Run("INSERT INTO `Order Lines` (Rate, ID) VALUES (-2, 2), (3+4, 3)");
     EXPECT_EQ(database.Ask("SELECT [ID],[Name],[Flag],[Rate] FROM [Order Lines]"),
               "1|it's|True|1.5;2|NULL|NULL|-2;3|NULL|NULL|7");
-    EXPECT_EQ(ErrorOf([&] { database.Run("insert into [Order Lines] (ID) values ('many')"); }), "Type mismatch");
+    EXPECT_EQ(ErrorOf([&] { database.Run("insert into [Order Lines] (ID) values ('many')"); }),
+              "Type mismatch: 'many' does not convert to Integer");
     EXPECT_EQ(ErrorOf([&] { database.Run("insert into [Order Lines] (ID) values (1,2)"); }),
               "Number of query values and destination fields are not the same.");
     database.Run("UPDATE [Order Lines] SET Rate=Rate*2, Name=Name & '!' WHERE ID>1");
