@@ -28,10 +28,9 @@ protected:
         EXPECT_EQ(std::count(errorLog_.begin(), errorLog_.end(), '\n'), 3) << errorLog_;
         for (const std::string& part : said)
             EXPECT_NE(errorLog_.find(part), std::string::npos) << part << "\n" << errorLog_;
-        auto after = Snapshot(folder_.Path());
-        EXPECT_EQ(after["output.txt"], "");
-        for (const char* own : {"Varnel.log", "output.txt"}) after.erase(own);
-        EXPECT_EQ(after, before) << "something else was written";
+        EXPECT_EQ(output_, "");
+        std::string changed = Changed(before, Snapshot(folder_.Path()));
+        EXPECT_TRUE(changed == "Varnel.log output.txt " || changed == "Varnel.log ") << changed;
     }
     void Change(const std::string& statement) { NativeSqlite(Path("vrrepo.mdb")).Run({statement}); }
 };

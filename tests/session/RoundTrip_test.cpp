@@ -56,7 +56,7 @@ protected:
         Table table{(withLongColumns ? "long_" : "short_") + std::to_string(count),
                     "",
                     withLongColumns,
-                    SampleColumns(EngineOf(session_.targetKind), withLongColumns),
+                    SampleColumns(session_.targetKind, withLongColumns),
                     {}};
         table.copy = table.name + "_copy";
         table.rows = SampleRows(table.columns, count);
@@ -94,7 +94,7 @@ protected:
 TEST_P(RoundTripTest, CopiesEveryValueOfEveryTypeAtEveryCount) {
     for (const int count : {0, 1, 99, 100, 101}) AddTable(count, false);
     for (const int count : {0, 1, 250}) AddTable(count, true);
-    EXPECT_EQ(Run(), 0) << log_ << errorLog_;
+    EXPECT_EQ(Run(), 0) << FirstFailure();
     for (const Table& table : tables_) ExpectEqual(table);
     EXPECT_TRUE(LogIsClosed());
     EXPECT_EQ(Outcome(), "recorded, no error");
