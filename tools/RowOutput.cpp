@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "ado/types/ValueText.h"
-#include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 
@@ -60,6 +59,34 @@ std::string OneLine(const std::string& text) {
     return shown;
 }
 
+struct CodePoints {
+    char32_t first, last;
+};
+// What terminals show two columns wide (East Asian letters, pictures), and what they show on top of the letter before.
+constexpr CodePoints kWide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0xA4CF},  {0xAC00, 0xD7A3},
+                                {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},  {0xFFE0, 0xFFE6},
+                                {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
+constexpr CodePoints kNoWidth[] = {{0x0300, 0x036F}, {0x200B, 0x200F}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}};
+
+std::size_t ColumnsOf(char32_t codePoint) {
+    const auto holds = [&](const CodePoints& range) { return codePoint >= range.first && codePoint <= range.last; };
+    if (codePoint < kNoWidth[0].first) return 1;
+    if (std::any_of(std::begin(kNoWidth), std::end(kNoWidth), holds)) return 0;
+    return std::any_of(std::begin(kWide), std::end(kWide), holds) ? 2 : 1;
+}
+
+// Terminal columns that a text takes.
+std::size_t ShownWidth(std::string_view utf8) {
+    std::size_t width = 0;
+    for (std::size_t at = 0; at < utf8.size();) {
+        const auto lead = static_cast<unsigned char>(utf8[at++]);
+        char32_t codePoint = lead < 0xC0 ? lead : lead < 0xE0 ? lead & 0x1F : lead < 0xF0 ? lead & 0x0F : lead & 0x07;
+        for (; at < utf8.size() && (utf8[at] & 0xC0) == 0x80; ++at) codePoint = codePoint << 6 | (utf8[at] & 0x3F);
+        width += ColumnsOf(codePoint);
+    }
+    return width;
+}
+
 bool IsNumber(DataTypeEnum type) {
     constexpr DataTypeEnum kNumbers[] = {adSmallInt, adInteger,        adSingle,           adDouble,      adCurrency,
                                          adDecimal,  adTinyInt,        adUnsignedTinyInt,  adUnsignedInt, adBigInt,
@@ -73,7 +100,7 @@ public:
         for (std::size_t k = 0; k < columns_; ++k) {
             names_.push_back(OneLine(rows.Fields(k).Name()));
             toRight_.push_back(IsNumber(rows.Fields(k).Type()));
-            widths_.push_back(CharacterCount(names_.back()));
+            widths_.push_back(ShownWidth(names_.back()));
         }
     }
 
@@ -107,7 +134,7 @@ private:
         for (; !rows_.Eof() && sample_.size() < kSampleRows && bytes < kSampleBytes; rows_.MoveNext(), ++count_) {
             ReadRow(sample_.emplace_back());
             for (std::size_t k = 0; k < columns_; ++k) {
-                widths_[k] = std::max(widths_[k], CharacterCount(sample_.back()[k]));
+                widths_[k] = std::max(widths_[k], ShownWidth(sample_.back()[k]));
                 bytes += sample_.back()[k].size();
             }
         }
@@ -117,7 +144,7 @@ private:
         line_.clear();
         for (std::size_t k = 0; k < columns_; ++k) {
             if (k > 0) line_ += "  ";
-            const std::size_t length = CharacterCount(cells[k]);
+            const std::size_t length = ShownWidth(cells[k]);
             const std::string blanks(widths_[k] > length ? widths_[k] - length : 0, ' ');
             line_ += align && toRight_[k] ? blanks + cells[k] : cells[k] + blanks;
         }

@@ -298,6 +298,7 @@ DeclaredType TypeOfDeclaration(std::string_view declaration) {
     const Declaration cut = CutDeclaration(declaration);
     // SQLite's own REAL has eight bytes; new single columns are stored under the word SINGLE.
     if (cut.word == "REAL") return PlainType(adDouble);
+    if (cut.word.empty()) return PlainType(adVariant);
     if (const auto known = FindDeclaredType(cut.word, cut.arguments)) return *known;
     return TypeOfAffinity(AffinityOf(declaration));
 }

@@ -1,5 +1,6 @@
 #include "providers/sql/ExpressionParser.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <span>
@@ -80,18 +81,21 @@ Expr MakeLiteral(Value value, std::size_t at) {
     return made;
 }
 
+/// A whole number, a double, or a decimal where a double would not keep all digits.
 Value NumberValue(const std::string& digits) {
+    constexpr std::ptrdiff_t kDigitsOfDouble = 15;
+    Value value;
     std::int64_t whole = 0;
     const char* end = digits.data() + digits.size();
     const auto read = std::from_chars(digits.data(), end, whole);
     if (read.ec == std::errc() && read.ptr == end) return Value::OfInteger(whole);
+    const auto count = std::count_if(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const bool scientific = digits.find_first_of("eE") != std::string::npos;
+    if (!scientific && count > kDigitsOfDouble && count <= kMaxDecimalDigits) return Value::OfDecimal(digits);
     const std::optional<double> number = ParseDouble(digits);
     if (!number) throw Error(ErrorKind::Syntax, digits, "Overflow in the number " + digits + ".");
-    return [&] {
-        Value v;
-        v.SetDouble(*number);
-        return v;
-    }();
+    value.SetDouble(*number);
+    return value;
 }
 
 }  // namespace

@@ -105,7 +105,7 @@ const Value& Binary(const Expr& e, const RowContext& row, Value& scratch) {
         const std::optional<int> order = CompareValues(a, b);
         return SetTruth(order ? std::optional<bool>(Holds(e.op, *order)) : std::nullopt, scratch);
     }
-    if (e.op == Operator::Join && !(a.IsNull() && b.IsNull()))
+    if (e.op == Operator::Join)
         JoinTexts(a, b, scratch);
     else if (a.IsNull() || b.IsNull())
         scratch.SetNull();

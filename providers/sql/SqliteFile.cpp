@@ -133,14 +133,17 @@ void SqliteFile::Unregister(const OpenRead* read) noexcept {
 
 void SqliteFile::BeforeWriting(const std::vector<std::string>& tables) {
     // KeepRest takes its read off the list.
-    const std::vector<OpenRead*> now = reads_;
-    for (OpenRead* read : now)
-        if (read->Reads(tables)) read->KeepRest();
+    for (std::size_t i = 0; i < reads_.size();) {
+        if (reads_[i]->Reads(tables)) {
+            reads_[i]->KeepRest();
+        } else {
+            ++i;
+        }
+    }
 }
 
 void SqliteFile::KeepAllReads() {
-    const std::vector<OpenRead*> now = reads_;
-    for (OpenRead* read : now) read->KeepRest();
+    while (!reads_.empty()) reads_.back()->KeepRest();
 }
 
 void SqliteFile::Begin() {

@@ -201,8 +201,11 @@ bool MomentFromJulianDay(double days, DateTime& moment) {
 bool ReadStoredDigits(std::string_view digits, Decimal& number) {
     if (digits.empty() || digits.size() > kMaxDecimalDigits + 3) return false;
     if (digits.find_first_not_of("0123456789+-.") != std::string_view::npos) return false;
-    const auto count = std::count_if(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
-    return count > 0 && count <= kMaxDecimalDigits && ParseDecimal(digits, number);
+    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
+    if (std::none_of(digits.begin(), digits.end(), digit)) return false;
+    const std::string_view significant = digits.substr(std::min(digits.find_first_not_of("+-0."), digits.size()));
+    return std::count_if(significant.begin(), significant.end(), digit) <= kMaxDecimalDigits &&
+           ParseDecimal(digits, number);
 }
 
 bool DecimalFromStoredReal(double real, int scale, Decimal& number) {

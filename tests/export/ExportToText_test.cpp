@@ -74,14 +74,14 @@ protected:
     }
     void Run() {
         ExportToText(folder_.File("run.log"));
-        log_ = Timeless(ReadFile(folder_.File("run.log")));
+        log_ = Timeless(ReadBytes(folder_.File("run.log")));
         window_ = Timeless(form_->logTxt);
     }
     static std::string Timeless(const std::string& text) {
         static const std::regex moment("[0-9]+/[0-9]+/[0-9]{4}( [0-9]+:[0-9]+:[0-9]+ [AP]M)?");
         return std::regex_replace(text, moment, "NOW");
     }
-    std::string Output(const std::string& table) { return ReadFile(folder_.File(table + ".txt")); }
+    std::string Output(const std::string& table) { return ReadBytes(folder_.File(table + ".txt")); }
 
     TempFolder folder_;
     RecordingForm* form_ = nullptr;

@@ -83,7 +83,7 @@ protected:
 };
 
 TEST_F(PollFolderTest, MakesOneTablePerFileWithItsOwnColumns) {
-    for (const char* name : {"/c.csv", "/A.CSV", "/b.csv", "/.hidden.csv", "/d.txt"}) WriteFile(In() + name, "a;b\r\n");
+    for (const char* name : {"/c.csv", "/A.CSV", "/b.csv", "/.hidden.csv", "/d.txt"}) WriteBytes(In() + name, "a;b\r\n");
     ReadAll();
     ASSERT_EQ(SourceTables.Count(), 3);
     const char* const names[] = {"A.CSV", "b.csv", "c.csv"};
@@ -100,7 +100,7 @@ TEST_F(PollFolderTest, MakesOneTablePerFileWithItsOwnColumns) {
     EXPECT_EQ(Columns(4).TabID, 2);
     EXPECT_EQ(Columns(4).TName, "c.csv");
     EXPECT_EQ(Columns(5).SCName, "b");
-    const std::string schema = ReadFile(In() + "/Schema.ini");
+    const std::string schema = ReadBytes(In() + "/Schema.ini");
     EXPECT_EQ(schema, SchemaIniSection(SourceTables(0)) + SchemaIniSection(SourceTables(1)) +
                           SchemaIniSection(SourceTables(2)));
     EXPECT_FALSE(RepoRs->IsOpen());
@@ -108,17 +108,17 @@ TEST_F(PollFolderTest, MakesOneTablePerFileWithItsOwnColumns) {
 }
 
 TEST_F(PollFolderTest, SaysThatNothingMatchesAndLeavesSchemaIniAlone) {
-    WriteFile(In() + "/schema.ini", "[old]\r\n");
+    WriteBytes(In() + "/schema.ini", "[old]\r\n");
     form_->logTxt = "last line";
     ReadSession(1);
     ReadTables(1);
     EXPECT_FALSE(RepoOk);
     EXPECT_EQ(form_->logTxt, "last lineNo Files Found Matching the Pattern:*.csv in Folder:" + In());
-    EXPECT_EQ(ReadFile(In() + "/schema.ini"), "[old]\r\n");
+    EXPECT_EQ(ReadBytes(In() + "/schema.ini"), "[old]\r\n");
 }
 
 TEST_F(PollFolderTest, RaisesWithoutATemplateOrAFolder) {
-    WriteFile(In() + "/a.csv", "a;b\r\n");
+    WriteBytes(In() + "/a.csv", "a;b\r\n");
     repository_->Execute("delete from vrtabs");
     ReadSession(1);
     EXPECT_THROW(ReadTables(1), Error);
@@ -127,7 +127,7 @@ TEST_F(PollFolderTest, RaisesWithoutATemplateOrAFolder) {
 }
 
 TEST_F(PollFolderTest, RenamesALoadedFileAndNeverOverwrites) {
-    WriteFile(In() + "/orders.csv", "x");
+    WriteBytes(In() + "/orders.csv", "x");
     ReadSession(1);
     EngineLogFile = folder_.File("run.log");
     WriteLog(EngineLogFile, "VROPEN");
@@ -139,7 +139,7 @@ TEST_F(PollFolderTest, RenamesALoadedFileAndNeverOverwrites) {
     EXPECT_EQ(form_->logTxt, "");
     RenameProcessedFile("gone.csv");
     EXPECT_TRUE(form_->logTxt.starts_with("\r\nUnable to Rename File:gone.csv\r\nFile not found")) << form_->logTxt;
-    EXPECT_NE(ReadFile(EngineLogFile).find("\r\nUnable to Rename File:gone.csv\r\nFile not found"), std::string::npos);
+    EXPECT_NE(ReadBytes(EngineLogFile).find("\r\nUnable to Rename File:gone.csv\r\nFile not found"), std::string::npos);
 }
 
 }  // namespace

@@ -53,7 +53,8 @@ TEST_F(MySqlPacketLimit, EveryStatementSizeAroundTheLimitIsTaken) {
     const auto session = LogIn();
     const std::string start = "INSERT INTO p VALUES (1,'" + std::string(kLimit / 2, 'w') + "'),(2,'", end = "')";
     for (std::size_t size = kLimit - 20; size <= kLimit + 4; ++size) {
-        session->Execute(start + std::string(size - start.size() - end.size(), 'x') + end);
+        std::string statement = start;
+        session->Execute(statement.append(size - start.size() - end.size(), 'x').append(end));
         EXPECT_EQ(Count(), "2") << size;
         session->Execute("DELETE FROM p");
     }
