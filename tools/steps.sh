@@ -24,12 +24,13 @@ step() {
     return $step_status
 }
 
-# build_preset preset [target...]: configures and builds, with ccache where there is one.
+# build_preset preset [target...]: configures and builds, with ccache where there is one; goes on after a failure, so
+# that the log holds all of them.
 build_preset() {
     build_launcher=
     ! command -v ccache > /dev/null || build_launcher=-DCMAKE_CXX_COMPILER_LAUNCHER=ccache
     cmake --preset "$1" $build_launcher || return
     build_preset=$1
     shift
-    cmake --build --preset "$build_preset" -j "$(nproc)" ${1:+--target "$@"}
+    cmake --build --preset "$build_preset" -j "$(nproc)" ${1:+--target "$@"} -- -k 0
 }
