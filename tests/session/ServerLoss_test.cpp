@@ -8,6 +8,9 @@ namespace {
 
 constexpr int kRows = 120'000;  // with their padding more than any socket keeps for a reader that sleeps
 
+/// How the server's list of processes shows the query of the big table.
+constexpr const char* kReadsBig = "info like 'SELECT `ID`%`big`%'";
+
 class ServerLossTest : public SessionTest {
 protected:
     void TearDown() override {
@@ -53,22 +56,16 @@ protected:
         }
         repository_.Add(session_);
     }
-    /// Stops the program once it streams the big table from the server; the server then waits for it.
-    bool StopWhileReading(RunningProgram& program) {
-        const std::string streaming =
-            "select count(*) from information_schema.processlist where user='loader' and "
-            "state like 'Writing to net%'";
-        const std::string anyReader =
-            "select count(*) from information_schema.processlist where user='loader' and "
-            "info like 'SELECT `ID`%'";
-        if (!program.WaitUntil([&] { return Server().Ask(anyReader) != "0"; })) return false;
-        program.Signal(SIGSTOP);
-        return Eventually([&] { return Server().Ask(streaming) != "0"; });
+    /// The log-ins of the program, as the server knows them, for which condition holds too.
+    static std::string LogIns(const std::string& what, const std::string& condition) {
+        return Server().Ask("select " + what + " from information_schema.processlist where user='loader' and " +
+                            condition);
     }
-    std::string ReaderId() {
-        return Server().Ask(
-            "select id from information_schema.processlist where user='loader' and state like "
-            "'Writing to net%'");
+    /// Stops the program once it streams the big table from the server; the server then waits for it.
+    static bool StopWhileReading(RunningProgram& program) {
+        if (!program.WaitUntil([] { return LogIns("count(*)", kReadsBig) != "0"; })) return false;
+        program.Signal(SIGSTOP);
+        return Eventually([] { return LogIns("count(*)", "state like 'Writing to net%'") != "0"; });
     }
     void ExpectTheBigTableGivenUp(const char* limit) {
         EXPECT_GE(InLog("Error Loading Row\r\n"), 1) << log_.substr(0, 2000);
@@ -134,7 +131,7 @@ TEST_F(ServerLossTest, TheNextTableLogsInAnewWhenTheSourceLogInIsLost) {
     AddTables();
     const auto program = Start();
     ASSERT_TRUE(StopWhileReading(*program));
-    Server().Run({"kill connection " + ReaderId()});
+    Server().Run({"kill connection " + LogIns("id", kReadsBig)});
     program->Signal(SIGCONT);
     EXPECT_EQ(End(*program), 1);
     ExpectTheBigTableGivenUp("50 Allowed");
