@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/CodePage.h"
+#include "platform/Error.h"
 #include "platform/Files.h"
 
 namespace varnel {

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/AppendGuard.h"
 #include "platform/Error.h"
 #include "platform/Utf8.h"
 
@@ -145,6 +146,8 @@ struct CodePage::Tables {
     std::vector<std::pair<char32_t, char>> highBytes;
     Converter decoder, encoder;
 
+    void Decode(std::string& out, std::string_view bytes) const;
+    void Encode(std::string& out, std::string_view utf8) const;
     void FillSingleByte(const Converter& toUtf8);
     std::size_t DecodeSingleByte(std::string& out, std::string_view bytes) const;
     void EncodeSingleByte(std::string& out, std::string_view utf8) const;
@@ -194,6 +197,58 @@ void CodePage::Tables::EncodeSingleByte(std::string& out, std::string_view utf8)
     }
 }
 
+void CodePage::Tables::Decode(std::string& out, std::string_view bytes) const {
+    switch (kind) {
+        case PageKind::Utf8:
+            if (!IsUtf8(bytes)) ThrowNoMeaning(bytes, WellFormedLength(bytes), number);
+            out.append(bytes);
+            return;
+        case PageKind::Utf16Low:
+            AppendUtf8FromUtf16(out, AsBytes(bytes));
+            return;
+        case PageKind::Utf16High: {
+            std::string swapped(bytes);
+            SwapByteOrder(swapped, 0);
+            AppendUtf8FromUtf16(out, AsBytes(swapped));
+            return;
+        }
+        case PageKind::SingleByte:
+        case PageKind::MultiByte: {
+            const bool isSingle = kind == PageKind::SingleByte;
+            const std::size_t done = isSingle ? DecodeSingleByte(out, bytes) : decoder.Append(out, bytes);
+            if (done != bytes.size()) ThrowNoMeaning(bytes, done, number);
+            return;
+        }
+    }
+}
+
+void CodePage::Tables::Encode(std::string& out, std::string_view utf8) const {
+    switch (kind) {
+        case PageKind::Utf8:
+            for (std::size_t at = 0; (at += AsciiRun(utf8, at)) < utf8.size();) {
+                const std::size_t start = at;
+                if (NextCodePoint(utf8, at) == kNoCodePoint) ThrowNoPlace(utf8, start, number);
+            }
+            out.append(utf8);
+            return;
+        case PageKind::Utf16Low:
+        case PageKind::Utf16High: {
+            const std::size_t start = out.size();
+            AppendUtf16FromUtf8(out, utf8);
+            if (kind == PageKind::Utf16High) SwapByteOrder(out, start);
+            return;
+        }
+        case PageKind::SingleByte:
+            EncodeSingleByte(out, utf8);
+            return;
+        case PageKind::MultiByte: {
+            const std::size_t done = encoder.Append(out, utf8);
+            if (done != utf8.size()) ThrowNoPlace(utf8, done, number);
+            return;
+        }
+    }
+}
+
 CodePage::CodePage(int number) : tables_(std::make_unique<Tables>()) {
     tables_->number = number;
     if (number == 65001) return;
@@ -227,27 +282,9 @@ int CodePage::Number() const {
 }
 
 void CodePage::Decode(std::string& utf8Out, std::string_view bytes) const {
-    switch (tables_->kind) {
-        case PageKind::Utf8:
-            if (!IsUtf8(bytes)) ThrowNoMeaning(bytes, WellFormedLength(bytes), tables_->number);
-            utf8Out.append(bytes);
-            return;
-        case PageKind::Utf16Low:
-            AppendUtf8FromUtf16(utf8Out, AsBytes(bytes));
-            return;
-        case PageKind::Utf16High: {
-            std::string swapped(bytes);
-            SwapByteOrder(swapped, 0);
-            AppendUtf8FromUtf16(utf8Out, AsBytes(swapped));
-            return;
-        }
-        case PageKind::SingleByte:
-        case PageKind::MultiByte: {
-            const std::size_t done = DecodeSome(utf8Out, bytes);
-            if (done != bytes.size()) ThrowNoMeaning(bytes, done, tables_->number);
-            return;
-        }
-    }
+    AppendGuard guard(utf8Out);
+    tables_->Decode(utf8Out, bytes);
+    guard.Keep();
 }
 
 std::size_t CodePage::DecodeSome(std::string& utf8Out, std::string_view bytes) const {
@@ -269,30 +306,9 @@ std::size_t CodePage::DecodeSome(std::string& utf8Out, std::string_view bytes) c
 }
 
 void CodePage::Encode(std::string& bytesOut, std::string_view utf8) const {
-    switch (tables_->kind) {
-        case PageKind::Utf8:
-            for (std::size_t at = 0; (at += AsciiRun(utf8, at)) < utf8.size();) {
-                const std::size_t start = at;
-                if (NextCodePoint(utf8, at) == kNoCodePoint) ThrowNoPlace(utf8, start, tables_->number);
-            }
-            bytesOut.append(utf8);
-            return;
-        case PageKind::Utf16Low:
-        case PageKind::Utf16High: {
-            const std::size_t start = bytesOut.size();
-            AppendUtf16FromUtf8(bytesOut, utf8);
-            if (tables_->kind == PageKind::Utf16High) SwapByteOrder(bytesOut, start);
-            return;
-        }
-        case PageKind::SingleByte:
-            tables_->EncodeSingleByte(bytesOut, utf8);
-            return;
-        case PageKind::MultiByte: {
-            const std::size_t done = tables_->encoder.Append(bytesOut, utf8);
-            if (done != utf8.size()) ThrowNoPlace(utf8, done, tables_->number);
-            return;
-        }
-    }
+    AppendGuard guard(bytesOut);
+    tables_->Encode(bytesOut, utf8);
+    guard.Keep();
 }
 
 }  // namespace varnel

@@ -17,12 +17,14 @@ std::size_t CharacterCount(std::string_view utf8);
 std::string FoldCase(std::string_view utf8);
 void AppendFoldedCase(std::string& out, std::string_view utf8);
 
+// What these append to is as before when they throw.
+
 /// UTF-16, low byte first, to UTF-8. Throws Error{Conversion} on an odd length or an unpaired surrogate.
 void AppendUtf8FromUtf16(std::string& out, std::span<const std::uint8_t> utf16);
 /// UTF-8 to UTF-16, low byte first. Throws Error{Conversion} when utf8 is not well-formed.
 void AppendUtf16FromUtf8(std::string& out, std::string_view utf8);
 
-/// One code page by its Windows number (1252, 437, 850, 932, 65001, 1200 for UTF-16 ...).
+/// One code page by its Windows number (1252, 437, 850, 932, 65001, 1200 for UTF-16 ...). Used by one thread at a time.
 class CodePage {
 public:
     /// Throws Error{NotSupported} naming the number when the system cannot convert it.

@@ -1,3 +1,4 @@
+#include "platform/AppendGuard.h"
 #include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "platform/Utf8.h"
@@ -24,6 +25,7 @@ void AppendUtf8FromUtf16(std::string& out, std::span<const std::uint8_t> utf16) 
         throw Error(ErrorKind::Conversion, "",
                     "UTF-16 text of " + std::to_string(utf16.size()) + " bytes, an odd length");
     }
+    AppendGuard guard(out);
     const auto unitAt = [&](std::size_t at) { return static_cast<char32_t>(utf16[at] | utf16[at + 1] << 8); };
     for (std::size_t at = 0; at < utf16.size(); at += 2) {
         char32_t code = unitAt(at);
@@ -36,9 +38,11 @@ void AppendUtf8FromUtf16(std::string& out, std::span<const std::uint8_t> utf16) 
         }
         AppendCodePoint(out, code);
     }
+    guard.Keep();
 }
 
 void AppendUtf16FromUtf8(std::string& out, std::string_view utf8) {
+    AppendGuard guard(out);
     for (std::size_t at = 0; at < utf8.size();) {
         const std::size_t start = at;
         const char32_t code = NextCodePoint(utf8, at);
@@ -53,6 +57,7 @@ void AppendUtf16FromUtf8(std::string& out, std::string_view utf8) {
             AppendUnit(out, 0xDC00 + ((code - 0x10000) & 0x3FF));
         }
     }
+    guard.Keep();
 }
 
 }  // namespace varnel

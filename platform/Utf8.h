@@ -20,7 +20,7 @@ std::size_t AsciiRun(std::string_view bytes, std::size_t at);
 /// Bytes from the start of a text up to the first byte that begins no well-formed character; all of them when the
 /// text is well-formed UTF-8.
 std::size_t WellFormedLength(std::string_view bytes);
-/// code as "U+03BB".
+/// "U+03BB".
 std::string CodePointName(char32_t codePoint);
 /// Simple case mapping of one code point, the same in every locale.
 char32_t FoldCodePoint(char32_t codePoint);

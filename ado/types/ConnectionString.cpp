@@ -1,6 +1,7 @@
 #include "ado/types/ConnectionString.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/CodePage.h"
 #include "platform/Error.h"
@@ -13,12 +14,14 @@ struct Pair {
     std::string keyword, value;
     std::size_t valueStart = 0, valueEnd = 0;  // of the value with its quotes or braces
     char quote = 0;                            // ", ' or {; 0 for a plain value
+    bool loose = false;                        // no equals sign: there is only a value
 };
 
-/// All pairs of a text in order, or what is wrong with it.
+/// All pairs of a text in order. fault: what is wrong behind the last of them; loosePart: complaint about the first
+/// part without an equals sign, which only nested texts may have ("text;HDR=Yes").
 struct PairScan {
     std::vector<Pair> pairs;
-    std::string fault;
+    std::string fault, loosePart;
 };
 
 char LowerAscii(char c) {
@@ -35,7 +38,7 @@ public:
     PairScan Run() {
         while (scan_.fault.empty() && SkipToPair()) {
             Pair pair;
-            if (TakeKeyword(pair) && TakeValue(pair)) scan_.pairs.push_back(std::move(pair));
+            if (TakeKeyword(pair) && (pair.loose || TakeValue(pair))) scan_.pairs.push_back(std::move(pair));
         }
         return std::move(scan_);
     }
@@ -46,12 +49,17 @@ private:
         return at_ < text_.size();
     }
 
+    std::string Complaint(const char* what) const {
+        return "Part " + std::to_string(scan_.pairs.size() + 1) + " of the connection string " + what;
+    }
+
     bool Fail(const char* what) {
-        scan_.fault = "Part " + std::to_string(scan_.pairs.size() + 1) + " of the connection string " + what;
+        scan_.fault = Complaint(what);
         return false;
     }
 
     bool TakeKeyword(Pair& pair) {
+        pair.valueStart = at_;
         for (; at_ < text_.size() && text_[at_] != ';'; ++at_) {
             if (text_[at_] == '=') {
                 if (at_ + 1 >= text_.size() || text_[at_ + 1] != '=') break;
@@ -60,7 +68,13 @@ private:
             pair.keyword += text_[at_];
         }
         pair.keyword = TrimBlanks(pair.keyword);
-        if (at_ == text_.size() || text_[at_] == ';') return Fail("has no equals sign");
+        if (at_ == text_.size() || text_[at_] == ';') {
+            if (scan_.loosePart.empty()) scan_.loosePart = Complaint("has no equals sign");
+            pair.loose = true;
+            pair.value = std::exchange(pair.keyword, "");
+            pair.valueEnd = at_;
+            return true;
+        }
         ++at_;
         return pair.keyword.empty() ? Fail("has no keyword") : true;
     }
@@ -118,17 +132,27 @@ std::string Enclosed(const std::string& value, char quote) {
     return text += close;
 }
 
+std::string Masked(std::string_view text);
+
+/// The pair's value as it may be shown. afterPassword: a password stands before the pair, so that a part without an
+/// equals sign may be the rest of it.
+std::string ShownValue(const Pair& pair, std::string_view text, bool afterPassword) {
+    if (IsPasswordKeyword(pair.keyword) || (pair.loose && afterPassword)) return "***";
+    const bool holdsPairs = !pair.loose && pair.value.find('=') != std::string::npos;
+    if (holdsPairs) return Enclosed(Masked(pair.value), pair.quote);
+    return std::string(text.substr(pair.valueStart, pair.valueEnd - pair.valueStart));
+}
+
 /// text with its passwords masked; a value that is itself a list of pairs is treated the same way.
 std::string Masked(std::string_view text) {
     const PairScan scan = Scanner(text).Run();
     std::string shown;
     std::size_t copied = 0;
+    bool afterPassword = false;
     for (const Pair& pair : scan.pairs) {
         shown.append(text.substr(copied, pair.valueStart - copied));
-        const bool holdsPairs = pair.value.find('=') != std::string::npos;
-        shown += IsPasswordKeyword(pair.keyword) ? "***"
-                 : holdsPairs                    ? Enclosed(Masked(pair.value), pair.quote)
-                              : std::string(text.substr(pair.valueStart, pair.valueEnd - pair.valueStart));
+        shown += ShownValue(pair, text, afterPassword);
+        afterPassword = afterPassword || IsPasswordKeyword(pair.keyword);
         copied = pair.valueEnd;
     }
     // Behind a fault nobody knows what is a password.
@@ -180,7 +204,8 @@ std::string_view TrimBlanks(std::string_view text) {
 
 ConnectionString::ConnectionString(std::string text) : text_(std::move(text)) {
     PairScan scan = Scanner(text_).Run();
-    if (!scan.fault.empty()) throw Error(ErrorKind::Syntax, "", scan.fault);
+    const std::string& fault = scan.loosePart.empty() ? scan.fault : scan.loosePart;
+    if (!fault.empty()) throw Error(ErrorKind::Syntax, "", fault);
     for (Pair& pair : scan.pairs) {
         const auto earlier = std::find_if(pairs_.begin(), pairs_.end(),
                                           [&](const auto& known) { return EqualNoCase(known.first, pair.keyword); });

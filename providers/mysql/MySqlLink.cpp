@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <new>
+#include <utility>
 
 namespace varnel::mysql {
 namespace {
@@ -106,7 +107,11 @@ void MySqlLink::LogIn() {
         mysql_real_connect(handle_.get(), local ? "localhost" : options_.host.c_str(), TextOrNull(options_.user),
                            options_.password.c_str(), TextOrNull(options_.database), options_.port,
                            TextOrNull(options_.socket), CLIENT_MULTI_RESULTS);
-    if (connected == nullptr || !TryRun(kSessionSettings)) FailLogIn();
+    if (connected == nullptr) FailLogIn();
+    if (options_.tlsRequired && mysql_get_ssl_cipher(handle_.get()) == nullptr)  // the library goes on in the clear
+        throw Error(ErrorKind::Connection, options_.Place(),
+                    "The connection string requires an encrypted connection, but the server does not offer one.");
+    if (!TryRun(kSessionSettings)) FailLogIn();
 }
 
 MYSQL* MySqlLink::Ready() {
@@ -114,12 +119,32 @@ MYSQL* MySqlLink::Ready() {
     if (streaming_)
         throw Error(ErrorKind::Misuse, options_.Place(),
                     "The rows of another query are still being read on this connection.");
+    if (underWay_)
+        throw Error(ErrorKind::Misuse, options_.Place(), "Another statement is still under way on this connection.");
     return handle_.get();
 }
 
 bool MySqlLink::Run(std::string_view statement) {
     MYSQL* handle = Ready();
     if (mysql_real_query(handle, statement.data(), statement.size()) != 0) Fail();
+    return DropResults();
+}
+
+void MySqlLink::StartRun(std::string_view statement) {
+    if (mysql_send_query(Ready(), statement.data(), statement.size()) != 0) Fail();
+    underWay_ = true;
+}
+
+void MySqlLink::FinishRun() {
+    if (!underWay_) return;
+    underWay_ = false;
+    if (mysql_read_query_result(handle_.get()) != 0) Fail();
+    DropResults();
+}
+
+/// Reads whatever a statement returned; true when there were columns.
+bool MySqlLink::DropResults() {
+    MYSQL* handle = handle_.get();
     bool hadColumns = false;
     for (int more = 0; more == 0; more = mysql_next_result(handle)) {
         const ResultHandle rows(mysql_use_result(handle));
@@ -140,7 +165,7 @@ StatementHandle MySqlLink::Prepare(std::string_view statement) {
 }
 
 bool MySqlLink::TryRun(std::string_view statement) noexcept {
-    return handle_ && !streaming_ && mysql_real_query(handle_.get(), statement.data(), statement.size()) == 0;
+    return handle_ && !streaming_ && !underWay_ && mysql_real_query(handle_.get(), statement.data(), statement.size()) == 0;
 }
 
 void MySqlLink::UseMode(SqlMode mode) {
@@ -169,12 +194,16 @@ bool MySqlLink::InTransaction() const {
     return (status & SERVER_STATUS_IN_TRANS) != 0 || (status & SERVER_STATUS_AUTOCOMMIT) == 0;
 }
 
+void MySqlLink::Discard(StatementHandle statement) {
+    if (streaming_) discarded_.push_back(std::move(statement));
+}
+
 void MySqlLink::Drop() noexcept {
     handle_.reset();
 }
 
 bool MySqlLink::Reset() noexcept {
-    if (!handle_ || streaming_ || altered_) return false;
+    if (!handle_ || streaming_ || underWay_ || altered_) return false;
     if (InTransaction() && !TryRun("ROLLBACK")) return false;
     if (mode_ == SqlMode::LogIn) return true;
     if (!TryRun(kLogInMode)) return false;
@@ -183,7 +212,7 @@ bool MySqlLink::Reset() noexcept {
 }
 
 bool MySqlLink::Alive() noexcept {
-    return handle_ && !streaming_ && mysql_ping(handle_.get()) == 0;
+    return handle_ && !streaming_ && !underWay_ && mysql_ping(handle_.get()) == 0;
 }
 
 void MySqlLink::Fail() {
@@ -196,7 +225,8 @@ void MySqlLink::Fail(MYSQL_STMT* statement) {
 
 void MySqlLink::FailStream(MYSQL_STMT* statement) {
     streaming_ = false;
-    FailWith(mysql_stmt_errno(statement), mysql_stmt_error(statement), true);
+    if (mysql_stmt_errno(statement) != 0) FailWith(mysql_stmt_errno(statement), mysql_stmt_error(statement), true);
+    FailWith(mysql_errno(handle_.get()), mysql_error(handle_.get()), true);  // where the wire's own failures stand
 }
 
 void MySqlLink::FailLogIn() {

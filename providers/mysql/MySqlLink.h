@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Error.h"
 #include "providers/mysql/MySqlOptions.h"
@@ -43,6 +44,10 @@ public:
     MYSQL* Ready();
     /// Runs one statement as text and drops the rows it returns; returns whether there were any columns.
     bool Run(std::string_view statement);
+    /// Sends a statement without waiting for its outcome; nothing else may run until FinishRun.
+    void StartRun(std::string_view statement);
+    /// Waits for the outcome of a statement under way, if there is one. Throws its failure.
+    void FinishRun();
     /// Prepares a statement; never null.
     StatementHandle Prepare(std::string_view statement);
     /// The statement without throwing; for tidying up.
@@ -59,7 +64,9 @@ public:
 
     /// Only one stream of rows at a time.
     void BeginStream() { streaming_ = true; }
-    void EndStream() { streaming_ = false; }
+    void EndStream() { streaming_ = false, discarded_.clear(); }
+    /// Closes a statement; while rows of another are being read, as soon as they end, since closing reads the wire.
+    void Discard(StatementHandle statement);
     /// Ends the connection at once, unread rows included.
     void Drop() noexcept;
 
@@ -73,6 +80,7 @@ public:
     [[noreturn]] void FailStream(MYSQL_STMT* statement);
 
 private:
+    bool DropResults();
     void ApplyOptions();
     void LogIn();
     [[noreturn]] void FailLogIn();
@@ -81,9 +89,11 @@ private:
     MySqlOptions options_;
     std::shared_ptr<const void> library_;  // outlives the handle
     std::unique_ptr<MYSQL, CloseConnection> handle_;
+    std::vector<StatementHandle> discarded_;
     std::uint64_t packetLimit_ = 0;
     SqlMode mode_ = SqlMode::LogIn;
     bool streaming_ = false;
+    bool underWay_ = false;  // a statement was sent and its outcome not yet read
     bool altered_ = false;
 };
 

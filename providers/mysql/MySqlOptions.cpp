@@ -97,14 +97,17 @@ constexpr std::uint64_t kOptionZeroDateToMinimum = 16777216;
 
 struct TlsMode {
     std::string_view word;
-    bool required, verify;
+    bool required;
+    bool
+        verifyChain;  ///< the certificate comes from a known authority; the library checks that whenever SSLCA is given
+    bool verifyName;  ///< and is the named server's
 };
 /// PREFERRED asks for nothing: the client library encrypts on demand only.
-constexpr TlsMode kTlsModes[] = {{"DISABLED", false, false},
-                                 {"PREFERRED", false, false},
-                                 {"REQUIRED", true, false},
-                                 {"VERIFY_CA", true, true},
-                                 {"VERIFY_IDENTITY", true, true}};
+constexpr TlsMode kTlsModes[] = {{"DISABLED", false, false, false},
+                                 {"PREFERRED", false, false, false},
+                                 {"REQUIRED", true, false, false},
+                                 {"VERIFY_CA", true, true, false},
+                                 {"VERIFY_IDENTITY", true, true, true}};
 
 constexpr std::string_view kDriverFiles[] = {"libmaodbc", "maodbc", "libmyodbc", "myodbc"};
 constexpr std::string_view kDriverNames[] = {"mysql", "mariadb"};
@@ -217,10 +220,11 @@ void ReadTls(const KeyValues& values, MySqlOptions& options) {
     options.tlsVerify = values.Flag(Key::TlsVerify);
     options.tlsRequired = options.tlsVerify || values.Flag(Key::TlsRequired);
     if (!values.Has(Key::TlsMode)) return;
+    const bool authorityGiven = values.Has(Key::TlsCa) || values.Has(Key::TlsCaFolder);
     for (const auto& mode : kTlsModes)
         if (EqualNoCase(mode.word, values.Text(Key::TlsMode))) {
             options.tlsRequired |= mode.required;
-            options.tlsVerify |= mode.verify;
+            options.tlsVerify |= mode.verifyName || (mode.verifyChain && !authorityGiven);
             return;
         }
     throw Error(

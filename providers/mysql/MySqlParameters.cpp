@@ -88,7 +88,8 @@ void MySqlParameters::TakeMoment(DateTime moment, Cell& cell, MYSQL_BIND& bind) 
 void MySqlParameters::TakeContent(std::string_view content, enum_field_types type, Cell& cell, MYSQL_BIND& bind) {
     cell.content = content;
     cell.length = content.size();
-    Point(bind, type, const_cast<char*>(content.data()));  // the library only reads it
+    if (content.data() == nullptr) content = "";           // to the library no buffer is Null
+    Point(bind, type, const_cast<char*>(content.data()));  // which only reads it
     bind.buffer_length = content.size();
 }
 

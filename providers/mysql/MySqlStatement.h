@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ado/types/Provider.h"
@@ -14,6 +15,9 @@ namespace varnel::mysql {
 class MySqlStatement : public PreparedStatement {
 public:
     MySqlStatement(std::shared_ptr<MySqlLink> link, const std::string& statement);
+    ~MySqlStatement() override { link_->Discard(std::move(statement_)); }
+    MySqlStatement(const MySqlStatement&) = delete;
+    MySqlStatement& operator=(const MySqlStatement&) = delete;
     void Execute(std::span<const Value> parameters) override;
     /// The same with values that do not lie side by side.
     void ExecuteWith(std::span<const Value* const> parameters);

@@ -27,7 +27,7 @@ TEST_F(SessionLogTest, AppendsOneBlockPerRun) {
         WriteLog(path_, "two\r\nlines");
         CloseLog();
     }
-    const std::string text = ReadFile(path_);
+    const std::string text = ReadBytes(path_);
     const auto second = text.find("Starting Session Nightly\r\n\r\nStart Time is :", 1);
     ASSERT_NE(second, std::string::npos);
     EXPECT_EQ(text.substr(0, 44), "Starting Session Nightly\r\n\r\nStart Time is :" + text.substr(43, 1));

@@ -66,10 +66,10 @@ protected:
     void Run() {
         repository_->Add(session_);
         RunSession(static_cast<std::int16_t>(session_.id));
-        log_ = Timeless(FileExistsIn(session_.log) ? ReadFile(session_.log) : "");
+        log_ = Timeless(FileExistsIn(session_.log) ? ReadBytes(session_.log) : "");
         window_ = Timeless(form_->logTxt);
     }
-    static bool FileExistsIn(const std::string& path) { return !path.empty() && std::filesystem::exists(path); }
+    static bool FileExistsIn(const std::string& path) { return std::filesystem::is_regular_file(path); }
     static std::string Timeless(const std::string& text) {
         static const std::regex moment("[0-9]+/[0-9]+/[0-9]{4}( [0-9]+:[0-9]+:[0-9]+ [AP]M)?");
         static const std::regex span("[0-9]+ Hrs [0-9]+ Min [0-9]+ Sec");
@@ -77,7 +77,7 @@ protected:
     }
     std::string Target(const std::string& query) { return AskRows(session_.targetConnection, query); }
     std::string ErrorLog() {
-        return FileExistsIn(folder_.File("Varnel.log")) ? ReadFile(folder_.File("Varnel.log")) : "";
+        return FileExistsIn(folder_.File("Varnel.log")) ? ReadBytes(folder_.File("Varnel.log")) : "";
     }
 
     TempFolder folder_;
@@ -308,9 +308,9 @@ TEST_F(LoadSessionTest, RefusesAnAbsentAnEmptyAndAForeignRepository) {
     const std::string path = folder_.File("vrrepo.mdb");
     std::filesystem::remove(path);
     RunSession(1);
-    WriteFile(path, "");
+    WriteBytes(path, "");
     RunSession(1);
-    WriteFile(path, std::string(4096, 'x'));
+    WriteBytes(path, std::string(4096, 'x'));
     RunSession(1);
     const std::string head = "Error Occurred in Running Session ID:1\r\n\r\n";
     const std::string log = ErrorLog();

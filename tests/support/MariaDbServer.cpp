@@ -33,8 +33,10 @@ using Connection = std::unique_ptr<MYSQL, CloseConnection>;
 std::string FindProgram(const std::string& name) {
     const char* path = std::getenv("PATH");
     std::istringstream folders(std::string(path != nullptr ? path : "") + ":/usr/sbin:/usr/bin");
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (!folder.empty() && access((folder + "/" + name).c_str(), X_OK) == 0) return folder + "/" + name;
+    for (std::string file; std::getline(folders, file, ':');) {
+        file.append("/").append(name);
+        if (file[0] == '/' && access(file.c_str(), X_OK) == 0) return file;
+    }
     throw std::runtime_error("The program " + name +
                              " is missing: install the packages mariadb-server-core and mariadb-client-core.");
 }
@@ -56,6 +58,7 @@ int FreePort() {
 /// Starts a program that dies with this process; its output goes to the file.
 pid_t StartProgram(const std::vector<std::string>& words, const std::string& outputFile) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
     const pid_t parent = getpid();
@@ -98,11 +101,18 @@ void RunOn(MYSQL* handle, const std::string& statement) {
 
 }  // namespace
 
-MariaDbServer::MariaDbServer(std::vector<std::string> extraFlags) : extraFlags_(std::move(extraFlags)) {
+/// The members stand before anything can fail, so that the destructor tidies up after a server that does not start.
+MariaDbServer::MariaDbServer(std::vector<std::string> extraFlags, EmptyFolder folder)
+    : folder_(std::move(folder.path)), extraFlags_(std::move(extraFlags)) {}
+
+MariaDbServer::EmptyFolder MariaDbServer::MakeFolder() {
     FindProgram("mariadbd");                                                                // before anything is made
     std::string pattern = (std::filesystem::temp_directory_path() / "vdbXXXXXX").string();  // a socket's path is short
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("No temporary folder could be made.");
-    folder_ = pattern;
+    return {pattern};
+}
+
+MariaDbServer::MariaDbServer(std::vector<std::string> extraFlags) : MariaDbServer(std::move(extraFlags), MakeFolder()) {
     Install();
     port_ = FreePort();
     Start();

@@ -39,6 +39,11 @@ public:
     void Restart() { Stop(), Start(); }
 
 private:
+    struct EmptyFolder {
+        std::string path;
+    };
+    MariaDbServer(std::vector<std::string> extraFlags, EmptyFolder folder);
+    static EmptyFolder MakeFolder();
     void Install() const;
     void WaitUntilReady();
     void End(int signal);

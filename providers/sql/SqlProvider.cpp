@@ -1,0 +1,70 @@
+#include "providers/sql/SqlProvider.h"
+
+#include "platform/Error.h"
+#include "platform/StoredPath.h"
+#include "providers/sql/DataSource.h"
+#include "providers/sql/SqliteFile.h"
+#include "providers/sql/SqliteSession.h"
+
+namespace varnel {
+
+using sql::DataSource;
+using sql::FileFormat;
+using sql::NamedEngine;
+
+namespace {
+
+Error NotReadYet(const char* what, const std::string& path) {
+    return {ErrorKind::NotSupported, path,
+            std::string(what) + " '" + path +
+                "' cannot be opened: this version reads and writes SQLite database files only."};
+}
+
+/// Throws for everything at the path that is no SQLite file.
+void RequireSqlite(const DataSource& source, FileFormat format) {
+    const std::string& path = source.storedPath;
+    switch (format) {
+        case FileFormat::Sqlite:
+            return;
+        case FileFormat::Access:
+            throw NotReadYet("The Access database", path);
+        case FileFormat::FoxPro:
+            throw NotReadYet("The FoxPro table", path);
+        default:
+            break;
+    }
+    if (source.engine == NamedEngine::Excel)
+        throw Error(ErrorKind::NotSupported, path, "Could not find installable ISAM.");
+    if (source.engine == NamedEngine::Text) throw NotReadYet("The text source", path);
+    if (source.engine == NamedEngine::FoxPro) throw NotReadYet("The FoxPro source", path);
+    if (format == FileFormat::Missing) {
+        if (source.createWhenMissing) return;
+        throw Error(ErrorKind::Io, path, "Could not find file '" + path + "'.");
+    }
+    if (format == FileFormat::Folder)
+        throw Error(ErrorKind::Io, path, "'" + path + "' is a folder, not a database file.");
+    if (format == FileFormat::Empty && source.createWhenMissing) return;
+    throw Error(ErrorKind::Corrupt, path, "Unrecognized database format '" + path + "'.");
+}
+
+}  // namespace
+
+bool SqlProvider::Accepts(const ConnectionString& text) const {
+    return sql::ReadDataSource(text).engine != NamedEngine::None;
+}
+
+std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text) const {
+    const DataSource source = sql::ReadDataSource(text);
+    if (source.storedPath.empty())
+        throw Error(ErrorKind::Syntax, "", "Could not find file '': the connection string names no Data Source.");
+    const std::string path = LocalPath(source.storedPath);
+    std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
+    if (!file) {
+        RequireSqlite(source, sql::LookAtFile(path));
+        const auto mode = source.createWhenMissing ? sql::OpenMode::CreateWhenMissing : sql::OpenMode::Existing;
+        file = sql::SqliteFile::Open(source.storedPath, path, mode);
+    }
+    return std::make_unique<sql::SqliteSession>(std::move(file), source.readOnly);
+}
+
+}  // namespace varnel

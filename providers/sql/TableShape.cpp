@@ -1,0 +1,30 @@
+#include "providers/sql/TableShape.h"
+
+#include "ado/types/ConnectionString.h"
+#include "platform/CodePage.h"
+#include "platform/Error.h"
+
+namespace varnel::sql {
+
+std::string TableShape::Place(std::size_t column) const {
+    return "column '" + columns[column].name + "' of table '" + name + "'";
+}
+
+std::ptrdiff_t FindColumn(const TableShape& table, std::string_view name) {
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        if (EqualNoCase(table.columns[i].name, name)) return static_cast<std::ptrdiff_t>(i);
+    const std::string folded = FoldCase(name);
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        if (FoldCase(table.columns[i].name) == folded) return static_cast<std::ptrdiff_t>(i);
+    return -1;
+}
+
+std::size_t NeedColumn(const TableShape& table, std::string_view name) {
+    const std::ptrdiff_t found = FindColumn(table, name);
+    if (found >= 0) return static_cast<std::size_t>(found);
+    throw Error(ErrorKind::Syntax, std::string(name),
+                "No value given for one or more required parameters. (There is no column '" + std::string(name) +
+                    "' in table '" + table.name + "'.)");
+}
+
+}  // namespace varnel::sql

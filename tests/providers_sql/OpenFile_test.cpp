@@ -1,0 +1,125 @@
+// Which connection strings and files are ours, and what is said about the others.
+#include <gtest/gtest.h>
+
+#include "platform/StoredPath.h"
+#include "tests/providers_sql/SqlTestDatabase.h"
+#include "tests/support/ErrorOf.h"
+
+namespace varnel {
+namespace {
+
+TEST(OpenFile, AcceptsTheConnectionStringsOfAllFileEngines) {
+    const struct {
+        const char* text;
+        bool accepted;
+    } cases[] = {
+        {"Provider=SQLite;Data Source=x.db", true},
+        {"Driver={SQLite3 ODBC Driver};Database=x.db", true},
+        {"PROVIDER=Microsoft.Jet.OLEDB.4.0;DATA SOURCE=C:\\x\\vrrepo.mdb", true},
+        {"Provider=Microsoft.Jet.OLEDB.3.51;Data Source=x", true},
+        {"Provider=Microsoft.ACE.OLEDB.12.0;Data Source=x", true},
+        {"Provider=Microsoft.ACE.OLEDB.16.0;Data Source=x", true},
+        {"Provider=VFPOLEDB.1;Data Source=x", true},
+        {"Driver={Microsoft Access Driver (*.mdb, *.accdb)};DBQ=x", true},
+        {"Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=x", true},
+        {"Driver={Microsoft Visual FoxPro Driver};SourceDB=x", true},
+        {"Driver={Microsoft dBASE Driver (*.dbf)};DBQ=x", true},
+        {"Provider=SQLOLEDB;Data Source=srv", false},
+        {"DSN=x", false},
+        {"Driver={MySQL ODBC 5.1 Driver};Server=x", false},
+        {"Driver={SQL Server};Server=x", false},
+        {"Provider=MSDAORA;Data Source=x", false},
+    };
+    for (const auto& one : cases)
+        EXPECT_EQ(SqlProvider().Accepts(ConnectionString(one.text)), one.accepted) << one.text;
+}
+
+TEST(OpenFile, LooksAtTheBytesNotAtTheProviderWord) {
+    SqlTestDatabase database;
+    database.Run("CREATE TABLE T (ID Long)");
+    for (const char* start : {"PROVIDER=Microsoft.Jet.OLEDB.4.0;Jet OLEDB:Database Password=x;DATA SOURCE=",
+                              "Provider=VFPOLEDB;Data Source=", "Driver={SQLite3 ODBC Driver};Database=",
+                              "Driver={Microsoft Access Driver (*.mdb)};DBQ="}) {
+        const auto session = OpenSession(start + database.Path());
+        EXPECT_EQ(SqlTestDatabase::AskOn(*session, "SELECT count(*) FROM T"), "0") << start;
+    }
+}
+
+TEST(OpenFile, SaysWhatIsWrongWithAPath) {
+    const TempFolder folder;
+    const std::string access =
+        folder.Write("a.mdb", std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(4096, '\0'));
+    const std::string ace =
+        folder.Write("a.accdb", std::string("\0\1\0\0Standard ACE DB\0", 20) + std::string(4096, '\0'));
+    const std::string dbf = folder.Write("a.dbf", std::string("\x03\x1A\x0B\x12", 4) + std::string(60, '\0'));
+    const std::string empty = folder.Write("empty.mdb"), foreign = folder.Write("foreign.mdb", "hello"),
+                      missing = folder.File("none.mdb");
+    const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=",
+                      version = "' cannot be opened: this version reads and writes SQLite database files only.";
+    const struct {
+        std::string connection, error;
+    } cases[] = {
+        {jet + access, "The Access database '" + access + version},
+        {"Provider=SQLite;Data Source=" + ace, "The Access database '" + ace + version},
+        {jet + dbf, "The FoxPro table '" + dbf + version},
+        {"Provider=VFPOLEDB;Data Source=" + folder.Path(), "The FoxPro source '" + folder.Path() + version},
+        {jet + folder.Path() + ";Extended Properties=\"text;HDR=Yes\"", "The text source '" + folder.Path() + version},
+        {jet + folder.Path() + ";Extended Properties=\"Excel 8.0\"", "Could not find installable ISAM."},
+        {jet + missing, "Could not find file '" + missing + "'."},
+        {"Provider=SQLite;Data Source=" + missing, "Could not find file '" + missing + "'."},
+        {jet + missing + ";Mode=ReadWriteCreate", "Could not find file '" + missing + "'."},
+        {jet + empty, "Unrecognized database format '" + empty + "'."},
+        {jet + foreign, "Unrecognized database format '" + foreign + "'."},
+        {jet + folder.Path(), "'" + folder.Path() + "' is a folder, not a database file."},
+    };
+    for (const auto& one : cases) EXPECT_EQ(ErrorOf([&] { OpenSession(one.connection); }), one.error) << one.connection;
+}
+
+TEST(OpenFile, NamesADamagedFile) {
+    const TempFolder folder;
+    const std::string path =
+        folder.Write("damaged.db", std::string("SQLite format 3\0", 16) + std::string(4096, '\x7F'));
+    const std::string error =
+        ErrorOf([&] { OpenSession("Provider=SQLite;Data Source=" + path)->Query("SELECT A FROM T"); });
+    EXPECT_NE(error.find("'" + path + "' is damaged"), std::string::npos) << error;
+}
+
+TEST(OpenFile, CreatesAFileThatIsADatabaseAtOnce) {
+    const TempFolder folder;
+    const std::string path = folder.File("new.db");
+    OpenSession("Provider=SQLite;Mode=ReadWriteCreate;Data Source=" + path);
+    EXPECT_TRUE(ReadBytes(path).starts_with("SQLite format 3"));
+    EXPECT_NO_THROW(OpenSession("Provider=SQLite;Data Source=" + path));
+}
+
+TEST(OpenFile, RefusesChangesWhenOpenedForReading) {
+    SqlTestDatabase database;
+    database.Run("CREATE TABLE T (ID Long)");
+    const auto session = OpenSession(database.Connection() + ";Mode=Read");
+    EXPECT_EQ(SqlTestDatabase::AskOn(*session, "SELECT count(*) FROM T"), "0");
+    const std::string refusal = "Cannot update. Database or object is read-only.";
+    for (const char* statement :
+         {"INSERT INTO T VALUES (1)", "DELETE FROM T", "DROP TABLE T", "CREATE TABLE U (A Long)"})
+        EXPECT_EQ(ErrorOf([&] { session->Execute(statement); }), refusal) << statement;
+    EXPECT_EQ(ErrorOf([&] { session->OpenAppender("SELECT ID FROM T"); }), refusal);
+    EXPECT_NO_THROW(database.Run("INSERT INTO T VALUES (1)"));
+}
+
+TEST(OpenFile, TakesStoredPathsOfWindows) {
+    SqlTestDatabase database;
+    std::string stored = database.Folder().Path() + "\\TEST.DB";
+    EXPECT_NO_THROW(OpenSession("Provider=SQLite;Data Source=" + stored));
+}
+
+TEST(OpenFile, NoticesAReplacedFile) {
+    SqlTestDatabase database;
+    database.Run("CREATE TABLE Old (ID Long)");
+    EXPECT_TRUE(database.Session().Alive());
+    std::filesystem::rename(database.Path(), database.Path() + ".away");
+    EXPECT_FALSE(database.Session().Alive());
+    const auto fresh = OpenSession(database.Connection() + ";Mode=ReadWriteCreate");
+    EXPECT_THROW(fresh->Query("SELECT ID FROM Old"), Error);
+}
+
+}  // namespace
+}  // namespace varnel

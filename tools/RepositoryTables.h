@@ -1,0 +1,89 @@
+// The three tables of a repository: the columns that the program reads and writes.
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace varnel::admin {
+
+struct RepositoryColumn {
+    std::string_view name;
+    std::string_view type;  ///< type word of Jet's CREATE TABLE
+    bool required;          ///< a Null makes the session unreadable
+};
+
+struct RepositoryTable {
+    std::string_view name;
+    std::string_view key;  ///< primary key columns; "" for a table whose rows keep the order in which they were stored
+    std::span<const RepositoryColumn> columns;
+};
+
+inline constexpr std::array<RepositoryColumn, 17> kSessionColumns{{
+    {"sessionid", "LONG", true},
+    {"SessionName", "TEXT(255)", true},
+    {"SourceConnStr", "MEMO", true},
+    {"TargetConnStr", "MEMO", true},
+    {"SourceDBName", "TEXT(20)", true},
+    {"TargetDBName", "TEXT(20)", true},
+    {"SourceType", "TEXT(20)", false},
+    {"TargetType", "TEXT(20)", false},
+    {"SrcDBFPath", "MEMO", true},
+    {"DBFPath", "MEMO", true},
+    {"logfilename", "MEMO", false},
+    {"FPattern", "TEXT(255)", true},
+    {"FRename", "TEXT(255)", true},
+    {"FolderName", "MEMO", true},
+    {"LastRunDate", "TEXT(50)", false},
+    {"LastRunTime", "TEXT(50)", false},
+    {"SessionError", "SHORT", false},
+}};
+
+inline constexpr std::array<RepositoryColumn, 21> kTableColumns{{
+    {"SessionId", "LONG", true},       {"TabID", "SHORT", true},
+    {"SourceTableName", "MEMO", true}, {"SourceOwnerName", "TEXT(255)", true},
+    {"DestTableName", "MEMO", true},   {"DestOwnerName", "TEXT(255)", true},
+    {"TableExists", "YESNO", true},    {"WhereCond", "MEMO", true},
+    {"LoadOption", "TEXT(20)", true},  {"FirstTimeLoadOpt", "TEXT(20)", false},
+    {"TrimTname", "TEXT(255)", false}, {"FileName", "TEXT(255)", false},
+    {"SFormat", "TEXT(20)", true},     {"TextQ", "TEXT(20)", false},
+    {"SFirstColLine", "SHORT", true},  {"DFormat", "TEXT(20)", false},
+    {"TextDirDest", "MEMO", false},    {"FileFormat", "TEXT(20)", false},
+    {"FileExt", "TEXT(20)", false},    {"DFirstColLine", "SHORT", false},
+    {"DTextQ", "TEXT(20)", false},
+}};
+
+inline constexpr std::array<RepositoryColumn, 18> kColumnColumns{{
+    {"sessionid", "LONG", true},
+    {"TabID", "DOUBLE", true},
+    {"TName", "MEMO", false},
+    {"SCName", "TEXT(255)", true},
+    {"DCName", "TEXT(255)", true},
+    {"SCCount", "SHORT", true},
+    {"DCCount", "SHORT", true},
+    {"SDtype", "TEXT(255)", true},
+    {"DDType", "TEXT(255)", true},
+    {"SWidth", "LONG", true},
+    {"DWidth", "LONG", true},
+    {"SScale", "SHORT", true},
+    {"DScale", "SHORT", true},
+    {"SOrgDtype", "TEXT(50)", true},
+    {"Pos", "SHORT", true},
+    {"CPos", "SHORT", true},
+    {"ignor", "YESNO", true},
+    {"SSelected", "SHORT", true},
+}};
+
+inline constexpr std::array<RepositoryTable, 3> kRepositoryTables{{
+    {"sessions", "sessionid", kSessionColumns},
+    {"vrtabs", "SessionId, TabID", kTableColumns},
+    {"SrcDCols", "", kColumnColumns},
+}};
+
+/// "CREATE TABLE name (column type NOT NULL, ..., CONSTRAINT nameKey PRIMARY KEY (key))"
+std::string CreateTableStatement(const RepositoryTable& table);
+/// "SELECT column, ... FROM name" over all columns.
+std::string SelectAllColumns(const RepositoryTable& table);
+
+}  // namespace varnel::admin
