@@ -46,10 +46,20 @@ public:
             more = stopped && errno == E2BIG;
             out.append(block.data(), block.size() - room);
         }
+        AppendHeldBack(out);
         return bytes.size() - left;
     }
 
 private:
+    /// A page with combining marks (1255, 1258) keeps a letter back until it has seen the next byte.
+    void AppendHeldBack(std::string& out) const {
+        std::array<char, 16> block;
+        char* output = block.data();
+        std::size_t room = block.size();
+        iconv(handle_, nullptr, nullptr, &output, &room);
+        out.append(block.data(), block.size() - room);
+    }
+
     static inline const iconv_t kClosed = reinterpret_cast<iconv_t>(-1);
     iconv_t handle_ = kClosed;
 };

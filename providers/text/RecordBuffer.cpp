@@ -9,6 +9,7 @@ namespace varnel::text {
 namespace {
 
 constexpr char kCtrlZ = '\x1A';
+constexpr std::size_t kSearchBlock = 16 * 1024;
 
 std::unique_ptr<char[]> NewWindow(std::size_t capacity) {
     auto bytes = std::make_unique_for_overwrite<char[]>(capacity + kScanBlock);
@@ -53,7 +54,7 @@ void RecordBuffer::MakeRoom() {
 
 bool QualifierCloses(std::string_view rest, Utf8Stream stream, std::string_view qualifier) {
     std::string window(rest);
-    std::string block(kBufferBytes, '\0');
+    std::string block(kSearchBlock, '\0');
     for (bool atEnd = false;;) {
         std::size_t at = 0;
         for (;;) {

@@ -16,7 +16,7 @@ constexpr std::string_view kSchemaFile = "Schema.ini";
 
 /// The folder that a path names: itself, or the one of the file it names.
 std::string FolderOf(std::string_view storedPath) {
-    if (FolderExists(storedPath)) return std::string(storedPath);
+    if (!storedPath.empty() && FolderExists(storedPath)) return std::string(storedPath);
     if (!storedPath.empty() && FileExists(storedPath)) {
         const std::size_t separator = storedPath.find_last_of("/\\");
         if (separator == std::string_view::npos) return ".";

@@ -10,7 +10,7 @@
 namespace varnel::text {
 namespace {
 
-constexpr std::size_t kDecodeBlock = 64 * 1024;
+constexpr std::size_t kLongestDecodeBlock = 64 * 1024;
 constexpr std::size_t kLongestCharacter = 4;  // bytes, in any of the pages
 
 /// Whether bytes, which begin no well-formed character, are the start of one whose end is missing.
@@ -93,20 +93,20 @@ std::size_t Utf8Stream::ReadUndecided(std::span<char> into) {
 }
 
 std::size_t Utf8Stream::ReadDecoded(std::span<char> into) {
-    if (decodedAt_ == decoded_.size()) DecodeBlock();
+    if (decodedAt_ == decoded_.size()) DecodeBlock(std::clamp(into.size(), kLeastRoom, kLongestDecodeBlock));
     const std::size_t count = std::min(into.size(), decoded_.size() - decodedAt_);
     std::memcpy(into.data(), decoded_.data() + decodedAt_, count);
     decodedAt_ += count;
     return count;
 }
 
-/// Refills decoded_ from the source; it stays empty at the end only.
-void Utf8Stream::DecodeBlock() {
+/// Refills decoded_ from so many bytes of the source; it stays empty at the end only.
+void Utf8Stream::DecodeBlock(std::size_t length) {
     decoded_.clear();
     decodedAt_ = 0;
-    std::string raw(kDecodeBlock, '\0');
+    std::string raw(length, '\0');
     raw.resize(source_->ReadAt(offset_, raw));
-    const bool isLast = raw.size() < kDecodeBlock;
+    const bool isLast = raw.size() < length;
     std::string_view rest = raw;
     while (!rest.empty()) {
         rest.remove_prefix(decoder_->DecodeSome(decoded_, rest));

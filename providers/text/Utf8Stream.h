@@ -47,7 +47,7 @@ private:
     std::size_t ReadAsIs(std::span<char> into);
     std::size_t ReadUndecided(std::span<char> into);
     std::size_t ReadDecoded(std::span<char> into);
-    void DecodeBlock();
+    void DecodeBlock(std::size_t length);
     void UsePage(int page);
 
     std::shared_ptr<const ByteSource> source_;
