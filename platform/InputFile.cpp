@@ -21,7 +21,24 @@ std::int64_t Nanoseconds(const timespec& moment) {
     return static_cast<std::int64_t>(moment.tv_sec) * 1'000'000'000 + moment.tv_nsec;
 }
 
+FileState StateFrom(const struct stat& status) {
+    FileState state;
+    state.device = status.st_dev;
+    state.inode = status.st_ino;
+    state.size = static_cast<std::uint64_t>(status.st_size);
+    state.modified = Nanoseconds(status.st_mtim);
+    state.changed = Nanoseconds(status.st_ctim);
+    return state;
+}
+
 }  // namespace
+
+std::optional<FileState> StateOfPath(std::string_view storedPath) {
+    struct stat status {};
+    const std::string local = LocalPath(storedPath);
+    if (stat(local.empty() ? "." : local.c_str(), &status) != 0) return std::nullopt;
+    return StateFrom(status);
+}
 
 bool FolderExists(std::string_view storedPath) {
     struct stat status {};
@@ -69,13 +86,7 @@ std::size_t InputFile::ReadAt(std::uint64_t offset, std::span<char> into) const 
 FileState InputFile::State() const {
     struct stat status {};
     if (fstat(descriptor_, &status) != 0) ThrowFileError(errno, path_);
-    FileState state;
-    state.device = status.st_dev;
-    state.inode = status.st_ino;
-    state.size = static_cast<std::uint64_t>(status.st_size);
-    state.modified = Nanoseconds(status.st_mtim);
-    state.changed = Nanoseconds(status.st_ctim);
-    return state;
+    return StateFrom(status);
 }
 
 }  // namespace varnel

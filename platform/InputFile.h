@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,6 +20,8 @@ struct FileState {
     bool operator==(const FileState&) const = default;
 };
 
+/// The state of the file or folder that the path names; nothing when there is none.
+std::optional<FileState> StateOfPath(std::string_view storedPath);
 /// True when the path names a folder.
 bool FolderExists(std::string_view storedPath);
 

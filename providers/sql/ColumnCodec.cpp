@@ -6,6 +6,7 @@
 
 #include "ado/types/ValueText.h"
 #include "platform/CodePage.h"
+#include "providers/sql/FailureForm.h"
 
 namespace varnel::sql {
 namespace {
@@ -91,7 +92,7 @@ void ColumnCodec::ByStorageClass(const ColumnCodec& codec, sqlite3_value* stored
         case SQLITE_TEXT:
             return codec.TakeText(stored, out);
         case SQLITE_BLOB:
-            out.StartBytes().assign(BlobOf(stored));
+            if (!ReadFailureForm(BlobOf(stored), out)) out.StartBytes().assign(BlobOf(stored));
             return;
         default:
             out.SetNull();

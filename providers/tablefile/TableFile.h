@@ -35,7 +35,8 @@ public:
     /// The position in Columns() of the column that a statement calls name; nothing when there is none. Names compare
     /// without case; a format may know a column by further names.
     virtual std::optional<std::size_t> FindColumn(std::string_view name) const;
-    /// wanted: positions in Columns(), in the order in which Next is to deliver them; only these are decoded.
+    /// wanted: positions in Columns(), in the order in which Next is to deliver them; only these are decoded. May be
+    /// empty (the rows are only counted), and may name a column twice.
     virtual std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) = 0;
     /// Looks at every row slot or delete flag without decoding rows; never trusts a stored count.
     virtual std::int64_t CountRows() = 0;
@@ -78,6 +79,8 @@ public:
     /// Throws Error{Constraint} when the table exists; nothing is ever overwritten.
     virtual void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) = 0;
     virtual void DropTable(std::string_view name) = 0;
+    /// Throws Error, in the words of the format, when nothing in here can be written.
+    virtual void RequireWritable() {}
 };
 
 }  // namespace varnel

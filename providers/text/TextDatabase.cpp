@@ -67,6 +67,10 @@ void TextDatabase::DropTable(std::string_view name) {
     ThrowReadOnly(name);
 }
 
+void TextDatabase::RequireWritable() {
+    ThrowReadOnly(folder_);
+}
+
 /// Read anew only when the file has changed: a folder of many files has a long one.
 const SchemaIni& TextDatabase::SchemaOf(const std::string& folder) {
     const std::string path = JoinedPath(folder, kSchemaFile);

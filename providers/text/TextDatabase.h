@@ -36,9 +36,10 @@ public:
     std::vector<std::string> TableNames() override;
     /// name: in any form of TableName.h. Looks at the whole file, unless that was done before.
     std::unique_ptr<TableFile> OpenTable(std::string_view name) override;
-    /// Both throw Error{NotSupported} "Cannot update. Database or object is read-only."
+    /// These throw Error{NotSupported} "Cannot update. Database or object is read-only."
     void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) override;
     void DropTable(std::string_view name) override;
+    void RequireWritable() override;
 
 private:
     const SchemaIni& SchemaOf(const std::string& folder);
