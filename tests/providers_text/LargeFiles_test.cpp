@@ -3,6 +3,7 @@
 #include <atomic>
 #include <filesystem>
 #include <numeric>
+#include <ostream>
 
 #include "TextTest.h"
 #include "providers/text/FileLook.h"
@@ -50,6 +51,7 @@ struct LongValueCase {
     const char* qualifier;
     const char* part;   // what the value consists of, as it stands in the file
     const char* meant;  // the same as it is read
+    friend void PrintTo(const LongValueCase& row, std::ostream* out) { *out << row.name; }
 };
 class LongValueTest : public testing::TestWithParam<LongValueCase> {};
 

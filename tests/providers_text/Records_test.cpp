@@ -1,5 +1,6 @@
 // Bytes to records and fields.
 #include <gtest/gtest.h>
+#include <ostream>
 
 #include "TextTest.h"
 
@@ -11,6 +12,7 @@ struct RecordCase {
     std::string bytes;  // without a header line
     const char* schema;
     const char* rows;
+    friend void PrintTo(const RecordCase& row, std::ostream* out) { *out << row.name; }
 };
 
 class RecordsTest : public testing::TestWithParam<RecordCase> {};

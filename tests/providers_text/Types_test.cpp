@@ -1,5 +1,6 @@
 // Types found from the values, and types that Col lines state.
 #include <gtest/gtest.h>
+#include <ostream>
 
 #include "TextTest.h"
 #include "providers/text/TextDatabase.h"
@@ -36,6 +37,7 @@ struct TypeCase {
     const char* values;
     const char* told;
     const char* schema = "";
+    friend void PrintTo(const TypeCase& row, std::ostream* out) { *out << row.name; }
 };
 class FoundTypeTest : public testing::TestWithParam<TypeCase> {};
 
