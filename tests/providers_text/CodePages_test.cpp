@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-#include "TextTest.h"
 #include "platform/CodePage.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {

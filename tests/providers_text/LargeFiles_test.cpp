@@ -5,10 +5,10 @@
 #include <numeric>
 #include <ostream>
 
-#include "TextTest.h"
 #include "providers/text/FileLook.h"
 #include "providers/text/OpenRecords.h"
 #include "providers/text/TextDatabase.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-#include "TextTest.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {

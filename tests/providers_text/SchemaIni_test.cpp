@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-#include "TextTest.h"
 #include "providers/text/ConnectionOptions.h"
 #include "providers/text/SchemaIni.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 #include <ostream>
 
-#include "TextTest.h"
 #include "providers/text/TextDatabase.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {
