@@ -63,7 +63,7 @@ TEST(OpenFile, SaysWhatIsWrongWithAPath) {
         {"Provider=SQLite;Data Source=" + ace, "The Access database '" + ace + version},
         {jet + dbf, "The FoxPro table '" + dbf + version},
         {"Provider=VFPOLEDB;Data Source=" + folder.Path(), "The FoxPro source '" + folder.Path() + version},
-        {jet + folder.Path() + ";Extended Properties=\"text;HDR=Yes\"", "The text source '" + folder.Path() + version},
+        {jet + missing + ";Extended Properties=\"text;HDR=Yes\"", "'" + missing + "' is not a valid path."},
         {jet + folder.Path() + ";Extended Properties=\"Excel 8.0\"", "Could not find installable ISAM."},
         {jet + missing, "Could not find file '" + missing + "'."},
         {"Provider=SQLite;Data Source=" + missing, "Could not find file '" + missing + "'."},
