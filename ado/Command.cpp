@@ -62,12 +62,25 @@ void Command::SetActiveConnection(const std::string& connectionString) {
     session_ = std::make_unique<SessionLease>(connectionString);
 }
 
+void Command::RequireConnection() const {
+    if (session_) return;
+    throw Error(ErrorKind::Misuse, "",
+                "The connection cannot be used to perform this operation. It is either closed or invalid in this "
+                "context.");
+}
+
+void Command::Start() {
+    RequireConnection();
+    session_->Guarded([&](ProviderSession& session) { session.StartExecute(CommandText); });
+}
+
+void Command::Finish() {
+    RequireConnection();
+    session_->Guarded([&](ProviderSession& session) { session.FinishExecute(); });
+}
+
 void Command::Execute() {
-    if (!session_) {
-        throw Error(ErrorKind::Misuse, "",
-                    "The connection cannot be used to perform this operation. It is either closed or invalid in this "
-                    "context.");
-    }
+    RequireConnection();
     if (Parameters.Count() == 0) {
         session_->Guarded([&](ProviderSession& session) { session.Execute(CommandText); });
         return;

@@ -35,10 +35,16 @@ public:
     /// Runs CommandText with the parameters' current values. With parameters it is prepared once and prepared anew
     /// only when the text changes. A value is converted to its parameter's type; a text longer than Size is refused.
     void Execute();
+    /// Starts CommandText, which has no parameters, and returns before its outcome is known where the provider can.
+    /// Throws what is known at once; Finish waits for the rest.
+    void Start();
+    /// Waits for the statement that Start began, if there is one. Throws its failure.
+    void Finish();
     /// A commit point for what was executed so far. Throws Error when something of it was lost.
     void Commit();
 
 private:
+    void RequireConnection() const;
     void PrepareOnce();
     void ConvertParameters();
 

@@ -37,7 +37,8 @@ private:
     std::string ColumnList() const;
     void WriteBatches();
     void AddRow(BatchInsert& batch);
-    void Send(Command& command, BatchInsert& batch, std::string_view ending);
+    void Send(BatchInsert& batch, std::string_view ending);
+    void Settle();
     void WriteRecordByRecord();
     void SetFields();
     void ShowIfRowOk() {
@@ -51,6 +52,8 @@ private:
 
     Transfer transfer_;
     FailureTrap trap_;
+    Command command_;        // sends the batches
+    bool underWay_ = false;  // the server works on a batch whose outcome is not known yet
 };
 
 void MultiRowTransfer::Announce() {
@@ -74,9 +77,8 @@ std::string MultiRowTransfer::ColumnList() const {
 }
 
 void MultiRowTransfer::WriteBatches() {
-    Command command;
-    command.CommandType = adCmdText;
-    trap_.Need([&] { command.SetActiveConnection(SessionDef.TargetConnStr); });
+    command_.CommandType = adCmdText;
+    trap_.Need([&] { command_.SetActiveConnection(SessionDef.TargetConnStr); });
     BatchInsert batch("INSERT INTO `" + DestTables(transfer_.i).TableName + "` (" + ColumnList() + ") VALUES ");
     StartProgress(transfer_);
     for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
@@ -84,13 +86,14 @@ void MultiRowTransfer::WriteBatches() {
         AddRow(batch);
         MoveToNextSourceRow();
         if (transfer_.loaded % kRowsPerStatement != 0) continue;
-        Send(command, batch, ";");
+        Send(batch, ";");
         ShowRowPro(transfer_.loaded);
         YieldToUserInterface();
         if (CancelRequested) break;
         ShowIfRowOk();
     }
-    if (!batch.Empty() && !CancelRequested) Send(command, batch, "");
+    if (!batch.Empty() && !CancelRequested) Send(batch, "");
+    Settle();
     ShowIfRowOk();
 }
 
@@ -108,12 +111,22 @@ void MultiRowTransfer::AddRow(BatchInsert& batch) {
     ++transfer_.loaded;
 }
 
-void MultiRowTransfer::Send(Command& command, BatchInsert& batch, std::string_view ending) {
-    trap_.Try([&] {
-        command.CommandText = batch.Finish(ending);
-        command.Execute();
+/// The next batch is built while the server works on this one. Nobody sees a difference: its outcome is settled before
+/// anything else is reported or sent, and at once when a window shows the progress.
+void MultiRowTransfer::Send(BatchInsert& batch, std::string_view ending) {
+    Settle();
+    underWay_ = trap_.Try([&] {
+        command_.CommandText = batch.Finish(ending);
+        command_.Start();
     });
+    if (ShowOutput) Settle();
     batch.Clear();
+}
+
+void MultiRowTransfer::Settle() {
+    if (!underWay_) return;
+    underWay_ = false;
+    trap_.Try([this] { command_.Finish(); });
 }
 
 void MultiRowTransfer::WriteRecordByRecord() {
@@ -157,6 +170,7 @@ void MultiRowTransfer::SetFields() {
 }
 
 void MultiRowTransfer::Report(const Error& error) {
+    Settle();
     transfer_.rowOk = false;
     LogAndShow(std::string("Error Loading Row\r\n") + error.what(),
                "Error Loading Row:" + std::to_string(transfer_.loaded) + "\r\n" + error.what());

@@ -46,10 +46,20 @@ public:
             more = stopped && errno == E2BIG;
             out.append(block.data(), block.size() - room);
         }
+        AppendHeldBack(out);
         return bytes.size() - left;
     }
 
 private:
+    /// A page with combining marks (1255, 1258) keeps a letter back until it has seen the next byte.
+    void AppendHeldBack(std::string& out) const {
+        std::array<char, 16> block;
+        char* output = block.data();
+        std::size_t room = block.size();
+        iconv(handle_, nullptr, nullptr, &output, &room);
+        out.append(block.data(), block.size() - room);
+    }
+
     static inline const iconv_t kClosed = reinterpret_cast<iconv_t>(-1);
     iconv_t handle_ = kClosed;
 };
@@ -99,6 +109,28 @@ void SwapByteOrder(std::string& text, std::size_t from) {
     for (std::size_t at = from; at + 1 < text.size(); at += 2) std::swap(text[at], text[at + 1]);
 }
 
+/// Appends UTF-16 as UTF-8 up to the first unit that is no character; returns how many bytes were taken.
+std::size_t AppendSomeUtf16(std::string& out, std::string_view bytes, bool highFirst) {
+    const auto unitAt = [&](std::size_t at) {
+        const auto first = static_cast<unsigned char>(bytes[at]), second = static_cast<unsigned char>(bytes[at + 1]);
+        return static_cast<char32_t>(highFirst ? first << 8 | second : second << 8 | first);
+    };
+    std::size_t at = 0;
+    while (at + 1 < bytes.size()) {
+        char32_t code = unitAt(at);
+        std::size_t length = 2;
+        if (code >= 0xD800 && code <= 0xDFFF) {
+            const char32_t low = code <= 0xDBFF && at + 3 < bytes.size() ? unitAt(at + 2) : 0;
+            if (low < 0xDC00 || low > 0xDFFF) break;
+            code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
+            length = 4;
+        }
+        AppendCodePoint(out, code);
+        at += length;
+    }
+    return at;
+}
+
 std::span<const std::uint8_t> AsBytes(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
@@ -117,7 +149,7 @@ struct CodePage::Tables {
     void Decode(std::string& out, std::string_view bytes) const;
     void Encode(std::string& out, std::string_view utf8) const;
     void FillSingleByte(const Converter& toUtf8);
-    void DecodeSingleByte(std::string& out, std::string_view bytes) const;
+    std::size_t DecodeSingleByte(std::string& out, std::string_view bytes) const;
     void EncodeSingleByte(std::string& out, std::string_view utf8) const;
 };
 
@@ -135,17 +167,19 @@ void CodePage::Tables::FillSingleByte(const Converter& toUtf8) {
     std::sort(highBytes.begin(), highBytes.end());
 }
 
-void CodePage::Tables::DecodeSingleByte(std::string& out, std::string_view bytes) const {
-    for (std::size_t at = 0; at < bytes.size();) {
+std::size_t CodePage::Tables::DecodeSingleByte(std::string& out, std::string_view bytes) const {
+    std::size_t at = 0;
+    while (at < bytes.size()) {
         const std::size_t run = AsciiRun(bytes, at);
         out.append(bytes.substr(at, run));
         at += run;
         if (at == bytes.size()) break;
         const char32_t code = codePoints[static_cast<unsigned char>(bytes[at])];
-        if (code == kNoCodePoint) ThrowNoMeaning(bytes, at, number);
+        if (code == kNoCodePoint) break;
         AppendCodePoint(out, code);
         ++at;
     }
+    return at;
 }
 
 void CodePage::Tables::EncodeSingleByte(std::string& out, std::string_view utf8) const {
@@ -166,10 +200,7 @@ void CodePage::Tables::EncodeSingleByte(std::string& out, std::string_view utf8)
 void CodePage::Tables::Decode(std::string& out, std::string_view bytes) const {
     switch (kind) {
         case PageKind::Utf8:
-            for (std::size_t at = 0; (at += AsciiRun(bytes, at)) < bytes.size();) {
-                const std::size_t start = at;
-                if (NextCodePoint(bytes, at) == kNoCodePoint) ThrowNoMeaning(bytes, start, number);
-            }
+            if (!IsUtf8(bytes)) ThrowNoMeaning(bytes, WellFormedLength(bytes), number);
             out.append(bytes);
             return;
         case PageKind::Utf16Low:
@@ -182,10 +213,9 @@ void CodePage::Tables::Decode(std::string& out, std::string_view bytes) const {
             return;
         }
         case PageKind::SingleByte:
-            DecodeSingleByte(out, bytes);
-            return;
         case PageKind::MultiByte: {
-            const std::size_t done = decoder.Append(out, bytes);
+            const bool isSingle = kind == PageKind::SingleByte;
+            const std::size_t done = isSingle ? DecodeSingleByte(out, bytes) : decoder.Append(out, bytes);
             if (done != bytes.size()) ThrowNoMeaning(bytes, done, number);
             return;
         }
@@ -242,6 +272,11 @@ CodePage::~CodePage() = default;
 CodePage::CodePage(CodePage&&) noexcept = default;
 CodePage& CodePage::operator=(CodePage&&) noexcept = default;
 
+bool CodePage::IsSupported(int number) {
+    return number == 65001 || number == 1200 || number == 1201 || IsSingleByteNumber(number) ||
+           IsMultiByteNumber(number);
+}
+
 int CodePage::Number() const {
     return tables_->number;
 }
@@ -250,6 +285,24 @@ void CodePage::Decode(std::string& utf8Out, std::string_view bytes) const {
     AppendGuard guard(utf8Out);
     tables_->Decode(utf8Out, bytes);
     guard.Keep();
+}
+
+std::size_t CodePage::DecodeSome(std::string& utf8Out, std::string_view bytes) const {
+    switch (tables_->kind) {
+        case PageKind::Utf8: {
+            const std::size_t done = WellFormedLength(bytes);
+            utf8Out.append(bytes.substr(0, done));
+            return done;
+        }
+        case PageKind::Utf16Low:
+        case PageKind::Utf16High:
+            return AppendSomeUtf16(utf8Out, bytes, tables_->kind == PageKind::Utf16High);
+        case PageKind::SingleByte:
+            return tables_->DecodeSingleByte(utf8Out, bytes);
+        case PageKind::MultiByte:
+            return tables_->decoder.Append(utf8Out, bytes);
+    }
+    return 0;
 }
 
 void CodePage::Encode(std::string& bytesOut, std::string_view utf8) const {

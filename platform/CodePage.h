@@ -29,6 +29,8 @@ class CodePage {
 public:
     /// Throws Error{NotSupported} naming the number when the system cannot convert it.
     explicit CodePage(int number);
+    /// True when CodePage(number) would not throw.
+    static bool IsSupported(int number);
     ~CodePage();
     CodePage(CodePage&&) noexcept;
     CodePage& operator=(CodePage&&) noexcept;
@@ -36,6 +38,9 @@ public:
     int Number() const;
     /// Appends bytes, read in this code page, as UTF-8. Throws Error{Conversion} naming the first byte without meaning.
     void Decode(std::string& utf8Out, std::string_view bytes) const;
+    /// Appends the longest part from the start of bytes that can be read, as UTF-8, and returns its length in bytes.
+    /// What follows it has no meaning, or is a character whose end is missing.
+    std::size_t DecodeSome(std::string& utf8Out, std::string_view bytes) const;
     /// Appends a UTF-8 text in this code page. Throws Error{Conversion} naming the first character without a place.
     void Encode(std::string& bytesOut, std::string_view utf8) const;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -86,7 +87,12 @@ void AppendCodePoint(std::string& out, char32_t c) {
 }
 
 std::size_t AsciiRun(std::string_view bytes, std::size_t at) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
     std::size_t end = at;
+    for (std::uint64_t word = 0; bytes.size() - end >= sizeof word; end += sizeof word) {
+        std::memcpy(&word, bytes.data() + end, sizeof word);
+        if ((word & kHighBits) != 0) break;
+    }
     while (end < bytes.size() && static_cast<unsigned char>(bytes[end]) < 0x80) ++end;
     return end - at;
 }
@@ -105,11 +111,17 @@ char32_t FoldCodePoint(char32_t codePoint) {
     return found != table.others.end() && found->first == codePoint ? found->second : codePoint;
 }
 
-bool IsUtf8(std::string_view bytes) {
-    for (std::size_t at = 0; (at += AsciiRun(bytes, at)) < bytes.size();) {
-        if (NextCodePoint(bytes, at) == kNoCodePoint) return false;
+std::size_t WellFormedLength(std::string_view bytes) {
+    std::size_t at = 0;
+    while ((at += AsciiRun(bytes, at)) < bytes.size()) {
+        const std::size_t start = at;
+        if (NextCodePoint(bytes, at) == kNoCodePoint) return start;
     }
-    return true;
+    return bytes.size();
+}
+
+bool IsUtf8(std::string_view bytes) {
+    return WellFormedLength(bytes) == bytes.size();
 }
 
 std::size_t CharacterCount(std::string_view utf8) {

@@ -17,6 +17,9 @@ char32_t NextCodePoint(std::string_view utf8, std::size_t& at);
 void AppendCodePoint(std::string& out, char32_t codePoint);
 /// Bytes from at on that are ASCII.
 std::size_t AsciiRun(std::string_view bytes, std::size_t at);
+/// Bytes from the start of a text up to the first byte that begins no well-formed character; all of them when the
+/// text is well-formed UTF-8.
+std::size_t WellFormedLength(std::string_view bytes);
 /// "U+03BB".
 std::string CodePointName(char32_t codePoint);
 /// Simple case mapping of one code point, the same in every locale.

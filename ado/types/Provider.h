@@ -82,6 +82,10 @@ public:
     virtual std::unique_ptr<RowReader> Query(const std::string& statement) = 0;
     /// Runs a statement and drops whatever rows it returns.
     virtual void Execute(const std::string& statement) = 0;
+    /// Starts a statement without waiting for its outcome, where the provider can; FinishExecute waits for it and
+    /// throws its failure. Nothing else may run on the session in between. By default it simply runs.
+    virtual void StartExecute(const std::string& statement) { Execute(statement); }
+    virtual void FinishExecute() {}
     virtual std::unique_ptr<PreparedStatement> Prepare(const std::string& statement,
                                                        std::span<const ParameterInfo> parameters) = 0;
     /// selectStatement: "SELECT columns FROM table". Reads no rows.

@@ -119,12 +119,32 @@ MYSQL* MySqlLink::Ready() {
     if (streaming_)
         throw Error(ErrorKind::Misuse, options_.Place(),
                     "The rows of another query are still being read on this connection.");
+    if (underWay_)
+        throw Error(ErrorKind::Misuse, options_.Place(), "Another statement is still under way on this connection.");
     return handle_.get();
 }
 
 bool MySqlLink::Run(std::string_view statement) {
     MYSQL* handle = Ready();
     if (mysql_real_query(handle, statement.data(), statement.size()) != 0) Fail();
+    return DropResults();
+}
+
+void MySqlLink::StartRun(std::string_view statement) {
+    if (mysql_send_query(Ready(), statement.data(), statement.size()) != 0) Fail();
+    underWay_ = true;
+}
+
+void MySqlLink::FinishRun() {
+    if (!underWay_) return;
+    underWay_ = false;
+    if (mysql_read_query_result(handle_.get()) != 0) Fail();
+    DropResults();
+}
+
+/// Reads whatever a statement returned; true when there were columns.
+bool MySqlLink::DropResults() {
+    MYSQL* handle = handle_.get();
     bool hadColumns = false;
     for (int more = 0; more == 0; more = mysql_next_result(handle)) {
         const ResultHandle rows(mysql_use_result(handle));
@@ -145,7 +165,7 @@ StatementHandle MySqlLink::Prepare(std::string_view statement) {
 }
 
 bool MySqlLink::TryRun(std::string_view statement) noexcept {
-    return handle_ && !streaming_ && mysql_real_query(handle_.get(), statement.data(), statement.size()) == 0;
+    return handle_ && !streaming_ && !underWay_ && mysql_real_query(handle_.get(), statement.data(), statement.size()) == 0;
 }
 
 void MySqlLink::UseMode(SqlMode mode) {
@@ -183,7 +203,7 @@ void MySqlLink::Drop() noexcept {
 }
 
 bool MySqlLink::Reset() noexcept {
-    if (!handle_ || streaming_ || altered_) return false;
+    if (!handle_ || streaming_ || underWay_ || altered_) return false;
     if (InTransaction() && !TryRun("ROLLBACK")) return false;
     if (mode_ == SqlMode::LogIn) return true;
     if (!TryRun(kLogInMode)) return false;
@@ -192,7 +212,7 @@ bool MySqlLink::Reset() noexcept {
 }
 
 bool MySqlLink::Alive() noexcept {
-    return handle_ && !streaming_ && mysql_ping(handle_.get()) == 0;
+    return handle_ && !streaming_ && !underWay_ && mysql_ping(handle_.get()) == 0;
 }
 
 void MySqlLink::Fail() {

@@ -44,6 +44,10 @@ public:
     MYSQL* Ready();
     /// Runs one statement as text and drops the rows it returns; returns whether there were any columns.
     bool Run(std::string_view statement);
+    /// Sends a statement without waiting for its outcome; nothing else may run until FinishRun.
+    void StartRun(std::string_view statement);
+    /// Waits for the outcome of a statement under way, if there is one. Throws its failure.
+    void FinishRun();
     /// Prepares a statement; never null.
     StatementHandle Prepare(std::string_view statement);
     /// The statement without throwing; for tidying up.
@@ -76,6 +80,7 @@ public:
     [[noreturn]] void FailStream(MYSQL_STMT* statement);
 
 private:
+    bool DropResults();
     void ApplyOptions();
     void LogIn();
     [[noreturn]] void FailLogIn();
@@ -88,6 +93,7 @@ private:
     std::uint64_t packetLimit_ = 0;
     SqlMode mode_ = SqlMode::LogIn;
     bool streaming_ = false;
+    bool underWay_ = false;  // a statement was sent and its outcome not yet read
     bool altered_ = false;
 };
 

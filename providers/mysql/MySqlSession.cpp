@@ -68,6 +68,14 @@ void MySqlSession::Execute(const std::string& statement) {
         link_->Run(statement);
 }
 
+void MySqlSession::StartExecute(const std::string& statement) {
+    PrepareFor(statement);
+    if (ExceedsPacket(statement))
+        ExecuteInPieces(statement);
+    else
+        link_->StartRun(statement);
+}
+
 std::unique_ptr<PreparedStatement> MySqlSession::Prepare(const std::string& statement,
                                                          std::span<const ParameterInfo> parameters) {
     (void)parameters;  // values are bound by their own kinds; the server knows the columns' types

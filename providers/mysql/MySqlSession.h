@@ -16,6 +16,9 @@ public:
     std::unique_ptr<RowReader> Query(const std::string& statement) override;
     /// An INSERT that is larger than the server's packet limit goes as several statements, all or none of them.
     void Execute(const std::string& statement) override;
+    /// The statement is sent; the server works on it while the program goes on.
+    void StartExecute(const std::string& statement) override;
+    void FinishExecute() override { link_->FinishRun(); }
     std::unique_ptr<PreparedStatement> Prepare(const std::string& statement,
                                                std::span<const ParameterInfo> parameters) override;
     std::unique_ptr<Appender> OpenAppender(const std::string& selectStatement) override;

@@ -6,6 +6,7 @@
 
 #include "ado/types/ValueText.h"
 #include "platform/CodePage.h"
+#include "providers/sql/FailureForm.h"
 
 namespace varnel::sql {
 namespace {
@@ -91,7 +92,7 @@ void ColumnCodec::ByStorageClass(const ColumnCodec& codec, sqlite3_value* stored
         case SQLITE_TEXT:
             return codec.TakeText(stored, out);
         case SQLITE_BLOB:
-            out.StartBytes().assign(BlobOf(stored));
+            if (!ReadFailureForm(BlobOf(stored), out)) out.StartBytes().assign(BlobOf(stored));
             return;
         default:
             out.SetNull();
@@ -99,7 +100,16 @@ void ColumnCodec::ByStorageClass(const ColumnCodec& codec, sqlite3_value* stored
 }
 
 void ColumnCodec::AsInteger(const ColumnCodec& codec, sqlite3_value* stored, Value& out) {
-    if (sqlite3_value_type(stored) == SQLITE_INTEGER) return out.SetInteger(sqlite3_value_int64(stored));
+    const int storage = sqlite3_value_type(stored);
+    if (storage == SQLITE_INTEGER) return out.SetInteger(sqlite3_value_int64(stored));
+    Decimal digits;
+    // The digits of a whole number, kept as other exact numbers are.
+    if (storage == SQLITE_BLOB && ReadStoredDigits(BlobOf(stored), digits) && digits.scale == 0) {
+        const UInt128 most = static_cast<UInt128>(INT64_MAX) + (digits.negative ? 1 : 0);
+        const auto size = static_cast<std::uint64_t>(digits.magnitude);
+        if (digits.magnitude <= most)
+            return out.SetInteger(static_cast<std::int64_t>(digits.negative ? 0 - size : size));
+    }
     ByStorageClass(codec, stored, out);
 }
 

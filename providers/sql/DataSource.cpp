@@ -61,6 +61,7 @@ DataSource ReadDataSource(const ConnectionString& text) {
     DataSource source;
     source.engine = EngineOf(text);
     source.storedPath = text.Get({"Data Source", "DBQ", "Database", "SourceDB", "DefaultDir"});
+    source.extendedProperties = text.Get({"Extended Properties"});
     const std::string mode = AsciiLower(text.Get({"Mode"}));
     source.readOnly = mode == "read" || mode == "readonly";
     source.createWhenMissing = source.engine == NamedEngine::Sqlite && mode == "readwritecreate";

@@ -13,6 +13,7 @@ enum class NamedEngine { None, Sqlite, Access, Text, FoxPro, Excel };
 struct DataSource {
     NamedEngine engine = NamedEngine::None;
     std::string storedPath;
+    std::string extendedProperties;  ///< the options of a text source: "text;HDR=Yes"
     bool readOnly = false;
     bool createWhenMissing = false;
 };

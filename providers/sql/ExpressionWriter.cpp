@@ -37,15 +37,6 @@ Expr LiteralOf(Value value, std::size_t at) {
     return literal;
 }
 
-/// Yes, No, On and Off written as bare words.
-bool BindTruthWord(Expr& e) {
-    if (!e.owner.empty() || e.quoted) return false;
-    const bool yes = EqualNoCase(e.name, "yes") || EqualNoCase(e.name, "on");
-    const bool no = EqualNoCase(e.name, "no") || EqualNoCase(e.name, "off");
-    if (yes || no) e = LiteralOf(Value::OfBoolean(yes), e.at);
-    return yes || no;
-}
-
 DeclaredType TypeOfSum(const DeclaredType& summed) {
     const bool exact = summed.type == adCurrency || summed.type == adNumeric || summed.type == adVarNumeric;
     if (!exact) return PlainType(adDouble);
@@ -58,6 +49,14 @@ bool IsWholeColumn(const ShapeColumn& column) {
 }
 
 }  // namespace
+
+bool BindTruthWord(Expr& e) {
+    if (!e.owner.empty() || e.quoted) return false;
+    const bool yes = EqualNoCase(e.name, "yes") || EqualNoCase(e.name, "on");
+    const bool no = EqualNoCase(e.name, "no") || EqualNoCase(e.name, "off");
+    if (yes || no) e = LiteralOf(Value::OfBoolean(yes), e.at);
+    return yes || no;
+}
 
 bool IsAggregate(const Expr& e) {
     if (e.kind == ExprKind::CountAll) return true;

@@ -58,6 +58,8 @@ bool HasColumns(const Expr& expression);
 /// The function's entry and the arguments' number, checked. Throws Error{Syntax} "Undefined function 'x' in
 /// expression."
 void BindCalls(Expr& expression);
+/// Turns Yes, No, On and Off, written as bare words, into literals; false for everything else.
+bool BindTruthWord(Expr& expression);
 /// For an expression outside of any table: bare True/Yes/On words and quoted texts become literals; a column is an
 /// error.
 void BindConstant(Expr& expression);

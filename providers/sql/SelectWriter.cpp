@@ -9,22 +9,16 @@ namespace {
 
 class SelectWriter {
 public:
-    SelectWriter(SqliteFile& file, const SelectStatement& select, std::size_t markers)
-        : file_(file),
-          select_(select),
-          table_(ReadShape(file, select.table)),
-          expressions_(table_, select.tableAlias, made_) {
-        made_.markers = std::make_shared<std::vector<Value>>(markers);
-    }
+    SelectWriter(const TableShape& table, const SelectStatement& select, SqliteStatement& into)
+        : select_(select), made_(into), table_(table), expressions_(table_, select.tableAlias, made_) {}
 
-    SqliteStatement Write() {
+    std::string Write(const std::string& from) {
         WriteItems();
-        std::string sql = "SELECT " + ItemList() + " FROM " + QuotedName(table_.name);
+        std::string sql = "SELECT " + ItemList() + " FROM " + QuotedName(from);
         if (select_.where) sql += " WHERE " + expressions_.WriteCondition(*select_.where, false);
         sql += Grouping() + Ordering();
         if (select_.top) sql += " LIMIT " + std::to_string(*select_.top);
-        made_.tracked = file_.Prepare(sql);
-        return std::move(made_);
+        return sql;
     }
 
 private:
@@ -106,10 +100,9 @@ private:
         return expression;
     }
 
-    SqliteFile& file_;
     const SelectStatement& select_;
-    SqliteStatement made_;
-    TableShape table_;
+    SqliteStatement& made_;
+    const TableShape& table_;
     ExpressionWriter expressions_;
     std::vector<WrittenExpression> items_;
     int unnamed_ = 0;
@@ -117,8 +110,17 @@ private:
 
 }  // namespace
 
+std::string WriteSelectText(const TableShape& table, const SelectStatement& select, const std::string& from,
+                            SqliteStatement& into) {
+    return SelectWriter(table, select, into).Write(from);
+}
+
 SqliteStatement WriteSelect(SqliteFile& file, const SelectStatement& select, std::size_t markers) {
-    return SelectWriter(file, select, markers).Write();
+    SqliteStatement made;
+    made.markers = std::make_shared<std::vector<Value>>(markers);
+    const TableShape table = ReadShape(file, select.table);
+    made.tracked = file.Prepare(WriteSelectText(table, select, table.name, made));
+    return made;
 }
 
 }  // namespace varnel::sql

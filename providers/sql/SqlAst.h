@@ -84,6 +84,7 @@ struct SelectStatement {
     bool everything = false;  ///< SELECT *
     std::vector<SelectItem> items;
     std::string table;
+    std::string owner;  ///< what stood before the table's name: a schema, or the folder of a text file
     std::string tableAlias;
     std::optional<Expr> where;
     std::vector<Expr> groupBy;

@@ -52,7 +52,7 @@ private:
         if (!tokens_.AtWord("from")) tokens_.Fail();
         tokens_.Take();
         tokens_.Enter("FROM clause");
-        select.table = tokens_.TakeTableName();
+        select.table = tokens_.TakeTableName(&select.owner);
         if (tokens_.TakeWord("as") || tokens_.AtName()) select.tableAlias = tokens_.TakeName();
         select.where = Where();
         ReadGrouping(select);

@@ -5,6 +5,7 @@
 #include "providers/sql/DataSource.h"
 #include "providers/sql/SqliteFile.h"
 #include "providers/sql/SqliteSession.h"
+#include "providers/sql/TextSource.h"
 
 namespace varnel {
 
@@ -35,7 +36,6 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
     }
     if (source.engine == NamedEngine::Excel)
         throw Error(ErrorKind::NotSupported, path, "Could not find installable ISAM.");
-    if (source.engine == NamedEngine::Text) throw NotReadYet("The text source", path);
     if (source.engine == NamedEngine::FoxPro) throw NotReadYet("The FoxPro source", path);
     if (format == FileFormat::Missing) {
         if (source.createWhenMissing) return;
@@ -57,6 +57,7 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
     const DataSource source = sql::ReadDataSource(text);
     if (source.storedPath.empty())
         throw Error(ErrorKind::Syntax, "", "Could not find file '': the connection string names no Data Source.");
+    if (source.engine == NamedEngine::Text) return sql::OpenTextSession(source);
     const std::string path = LocalPath(source.storedPath);
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {

@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds kLockRetry{3};
 /// so that a waiting process gets its turn.
 constexpr std::int64_t kCommitMilliseconds = 1'000;
 constexpr std::chrono::milliseconds kTurnForOthers{8};
-constexpr const char* kPageCache = "PRAGMA cache_size=-8192";  // KiB
+constexpr const char* kPageCache = "PRAGMA cache_size=-2048";  // KiB
 
 /// The open files of the process. Only the two functions below touch it.
 std::vector<std::weak_ptr<SqliteFile>>& OpenFiles() {

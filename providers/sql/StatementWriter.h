@@ -4,10 +4,15 @@
 #include "providers/sql/SqlAst.h"
 #include "providers/sql/SqliteFile.h"
 #include "providers/sql/SqliteStatement.h"
+#include "providers/sql/TableShape.h"
 
 namespace varnel::sql {
 
 SqliteStatement WriteSelect(SqliteFile& file, const SelectStatement& select, std::size_t markers);
+/// The SQLite text of a SELECT. from: what SQLite calls the table. into: gets columns, codecs and programs; its markers
+/// are made already. All names are looked up in table.
+std::string WriteSelectText(const TableShape& table, const SelectStatement& select, const std::string& from,
+                            SqliteStatement& into);
 SqliteStatement WriteInsert(SqliteFile& file, const InsertStatement& insert, std::size_t markers);
 SqliteStatement WriteUpdate(SqliteFile& file, const UpdateStatement& update, std::size_t markers);
 SqliteStatement WriteDelete(SqliteFile& file, const DeleteStatement& statement, std::size_t markers);

@@ -2,7 +2,6 @@
 
 #include "ado/types/ConnectionString.h"
 #include "platform/CodePage.h"
-#include "platform/Error.h"
 
 namespace varnel::sql {
 
@@ -11,6 +10,10 @@ std::string TableShape::Place(std::size_t column) const {
 }
 
 std::ptrdiff_t FindColumn(const TableShape& table, std::string_view name) {
+    if (table.file != nullptr) {
+        const std::optional<std::size_t> found = table.file->FindColumn(name);
+        return found ? static_cast<std::ptrdiff_t>(*found) : -1;
+    }
     for (std::size_t i = 0; i < table.columns.size(); ++i)
         if (EqualNoCase(table.columns[i].name, name)) return static_cast<std::ptrdiff_t>(i);
     const std::string folded = FoldCase(name);
@@ -21,10 +24,14 @@ std::ptrdiff_t FindColumn(const TableShape& table, std::string_view name) {
 
 std::size_t NeedColumn(const TableShape& table, std::string_view name) {
     const std::ptrdiff_t found = FindColumn(table, name);
-    if (found >= 0) return static_cast<std::size_t>(found);
-    throw Error(ErrorKind::Syntax, std::string(name),
-                "No value given for one or more required parameters. (There is no column '" + std::string(name) +
-                    "' in table '" + table.name + "'.)");
+    if (found < 0) throw UnknownColumn(table, name);
+    return static_cast<std::size_t>(found);
+}
+
+Error UnknownColumn(const TableShape& table, std::string_view name) {
+    return {ErrorKind::Syntax, std::string(name),
+            "No value given for one or more required parameters. (There is no column '" + std::string(name) +
+                "' in table '" + table.name + "'.)"};
 }
 
 }  // namespace varnel::sql

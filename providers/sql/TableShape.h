@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Error.h"
 #include "providers/sql/DeclaredTypes.h"
+#include "providers/tablefile/TableFile.h"
 
 namespace varnel::sql {
 
@@ -24,6 +26,9 @@ struct TableShape {
     /// The primary key's columns in order, unless the stored order is the key's order already.
     std::vector<std::string> sortKey;
 
+    /// Where the format knows its columns by further names; null: only by those above.
+    const TableFile* file = nullptr;
+
     /// "column 'Name' of table 'Customer'"
     std::string Place(std::size_t column) const;
 };
@@ -32,5 +37,7 @@ struct TableShape {
 std::ptrdiff_t FindColumn(const TableShape& table, std::string_view name);
 /// The same; throws Error{Syntax} "No value given for one or more required parameters." with the name.
 std::size_t NeedColumn(const TableShape& table, std::string_view name);
+/// That error.
+Error UnknownColumn(const TableShape& table, std::string_view name);
 
 }  // namespace varnel::sql

@@ -68,9 +68,12 @@ std::string TokenCursor::TakeName() {
     return Take().text;
 }
 
-std::string TokenCursor::TakeTableName() {
+std::string TokenCursor::TakeTableName(std::string* owner) {
     std::string name = TakeName();
-    while (TakeSymbol(".")) name = TakeName();
+    while (TakeSymbol(".")) {
+        if (owner != nullptr) *owner = name;
+        name = TakeName();
+    }
     return name;
 }
 

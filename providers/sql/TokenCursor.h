@@ -28,8 +28,8 @@ public:
     /// A name in any of its quotes, or a bare word that is no keyword of a clause.
     bool AtName() const;
     std::string TakeName();
-    /// The last part of owner.name; owners are accepted and ignored.
-    std::string TakeTableName();
+    /// The last part of owner.name. owner: gets the part before it, "" when there is none; null when it means nothing.
+    std::string TakeTableName(std::string* owner = nullptr);
 
     static bool IsWord(const Token& token, std::string_view keyword);
     static bool IsSymbol(const Token& token, std::string_view symbol);

@@ -4,12 +4,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ado/types/Provider.h"
+#include "platform/CodePage.h"
 
 namespace varnel {
 
@@ -30,7 +32,11 @@ class TableFile {
 public:
     virtual ~TableFile() = default;
     virtual const std::vector<ColumnInfo>& Columns() const = 0;
-    /// wanted: positions in Columns(), in the order in which Next is to deliver them; only these are decoded.
+    /// The position in Columns() of the column that a statement calls name; nothing when there is none. Names compare
+    /// without case; a format may know a column by further names.
+    virtual std::optional<std::size_t> FindColumn(std::string_view name) const;
+    /// wanted: positions in Columns(), in the order in which Next is to deliver them; only these are decoded. May be
+    /// empty (the rows are only counted), and may name a column twice.
     virtual std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) = 0;
     /// Looks at every row slot or delete flag without decoding rows; never trusts a stored count.
     virtual std::int64_t CountRows() = 0;
@@ -44,11 +50,20 @@ public:
     virtual void Commit() = 0;
 };
 
+inline std::optional<std::size_t> TableFile::FindColumn(std::string_view name) const {
+    const std::string folded = FoldCase(name);
+    const std::vector<ColumnInfo>& columns = Columns();
+    for (std::size_t k = 0; k < columns.size(); ++k) {
+        if (FoldCase(columns[k].name) == folded) return k;
+    }
+    return std::nullopt;
+}
+
 /// One column of CREATE TABLE, its type word as the dialect wrote it.
 struct ColumnDefinition {
     std::string name;
-    std::string typeWord;           ///< upper case: "TEXT", "LONG", "DECIMAL"
-    std::vector<int> typeArguments; ///< (10,2) gives 10 and 2
+    std::string typeWord;            ///< upper case: "TEXT", "LONG", "DECIMAL"
+    std::vector<int> typeArguments;  ///< (10,2) gives 10 and 2
     bool notNull = false;
     bool primaryKey = false;
     bool unique = false;
@@ -64,6 +79,8 @@ public:
     /// Throws Error{Constraint} when the table exists; nothing is ever overwritten.
     virtual void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) = 0;
     virtual void DropTable(std::string_view name) = 0;
+    /// Throws Error, in the words of the format, when nothing in here can be written.
+    virtual void RequireWritable() {}
 };
 
 }  // namespace varnel

@@ -169,6 +169,8 @@ TEST(Fidelity, StoredFormsOfOtherProgramsAreRead) {
         {"INTEGER", "1.5", ValueKind::Double, "1.5"},
         {"INTEGER", "'abc'", ValueKind::Text, "abc"},
         {"INT", "3000000000", ValueKind::Integer, "3000000000"},
+        {"BIGINT", "CAST('-9223372036854775808' AS BLOB)", ValueKind::Integer, "-9223372036854775808"},
+        {"BIGINT", "CAST('9223372036854775808' AS BLOB)", ValueKind::Bytes, "39323233333732303336383534373735383038"},
         {"TEXT", "x'0041'", ValueKind::Bytes, "0041"},
         {"MEMO", "12", ValueKind::Integer, "12"},
         {"CURRENCY", "1.23456", ValueKind::Double, "1.23456"},

@@ -120,6 +120,19 @@ TEST(Statements, RunPreparedWithMarkers) {
     EXPECT_THROW(remove->Execute(std::vector<Value>{}), Error);
 }
 
+TEST(Statements, NumbersOfOpenPrecisionTakeWhatNoDecimalHolds) {
+    SqlTestDatabase database;
+    database.Run("CREATE TABLE T (V Number)");
+    const auto insert = database.Session().Prepare("INSERT INTO T (V) VALUES (?)", std::vector<ParameterInfo>(1));
+    std::vector<Value> row(1);
+    for (const double number : {5e-324, 1.7976931348623157e308, 0.1, 1e37}) {
+        row[0].SetDouble(number);
+        insert->Execute(row);
+    }
+    EXPECT_EQ(database.Ask("SELECT V FROM T"),
+              "5E-324;1.7976931348623157E+308;0.1;10000000000000000000000000000000000000");
+}
+
 TEST(Statements, LookUpAKeyWithoutReadingTheTable) {
     SqlTestDatabase database;
     database.Run("CREATE TABLE T (ID Integer PRIMARY KEY, N Long)");

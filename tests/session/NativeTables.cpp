@@ -91,8 +91,10 @@ namespace {
 /// Digits that a column of numbers would keep exactly; longer ones are stored as a blob of digits.
 void BindNumber(sqlite3_stmt* statement, int at, const std::string& digits) {
     constexpr std::size_t kSurelyKept = 16;  // with the point
-    if (digits.find('.') == std::string::npos && digits.size() <= 19) {
-        sqlite3_bind_int64(statement, at, std::strtoll(digits.c_str(), nullptr, 10));
+    std::int64_t whole = 0;
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), whole);
+    if (read.ec == std::errc() && read.ptr == digits.data() + digits.size()) {
+        sqlite3_bind_int64(statement, at, whole);
     } else if (digits.size() <= kSurelyKept) {
         sqlite3_bind_double(statement, at, std::strtod(digits.c_str(), nullptr));
     } else {

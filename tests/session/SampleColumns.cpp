@@ -113,10 +113,14 @@ const std::vector<SampleColumn>& AllColumns() {
         {"SingleWhole", "Single", CellForm::Single, 4, 0, "Single", "Float",
          Singles({"0", "1", "-1", "16777216", "-8388607"})},
         {"SinglePart", "Single", CellForm::Single, 4, 0, "Single", "Float",
-         Singles({"0.1", "-1.5", "3.4028235e38", "1.17549435e-38", "16777.215", "0.33333334"}), false, false},
+         Singles({"0.1", "-1.5", "16777.215", "0.33333334"}), false, "MySQL"},
+        {"SingleFull", "Single", CellForm::Single, 4, 0, "Single", "Float",
+         Singles({"3.4028235e38", "1.17549435e-38", "1e10"}), false, "MySQL ORACLE"},
         {"Double", "Double", CellForm::Double, 8, 0, "Double", "Double",
-         Doubles({"0", "0.1", "-2.5e-7", "1.7976931348623157e308", "2.2250738585072014e-308", "0.33333333333333331",
-                  "123456789012345680", "9007199254740993", "1e15", "-1e22", "100", "5e-324"})},
+         Doubles({"0", "0.1", "-2.5e-7", "0.33333333333333331", "123456789012345680", "9007199254740993", "1e15",
+                  "-1e22", "100"})},
+        {"DoubleFull", "Double", CellForm::Double, 8, 0, "Double", "Double",
+         Doubles({"1.7976931348623157e308", "2.2250738585072014e-308", "5e-324", "-1e100"}), false, "ORACLE"},
         {"Currency",
          "Currency",
          CellForm::Double,
@@ -134,7 +138,7 @@ const std::vector<SampleColumn>& AllColumns() {
          "Decimal(19,4)",
          {std::nullopt, "922337203685477.5807", "-922337203685477.5808", "123456789012345.6789"},
          false,
-         false},
+         "MySQL"},
         {"Numeric",
          "Numeric",
          CellForm::Double,
@@ -153,9 +157,9 @@ const std::vector<SampleColumn>& AllColumns() {
          {"1.125", "-999999999999.999", std::nullopt, "0"}},
         {"Date", "Date", CellForm::Moment, 8, 0, "DateTime", "Date", Dates()},
         {"DBDate", "DBDate", CellForm::Moment, 8, 0, "Date", "Date", Dates()},
-        {"DateTime", "Date", CellForm::Moment, 8, 0, "DateTime", "DateTime", Moments(), false, false},
+        {"DateTime", "Date", CellForm::Moment, 8, 0, "DateTime", "DateTime", Moments(), false, "MySQL"},
         {"Stamp", "DBTimeStamp", CellForm::Moment, 8, 0, "DateTime", "DateTime", MomentsOfTimestamp()},
-        {"StampFull", "DBTimeStamp", CellForm::Moment, 8, 0, "Timestamp", "DateTime", Moments(), false, false},
+        {"StampFull", "DBTimeStamp", CellForm::Moment, 8, 0, "Timestamp", "DateTime", Moments(), false, "MySQL"},
         {"Char", "Char", CellForm::Text, 100, 0, "Char(100)", "Varchar(100)", Texts()},
         {"Varchar", "Varchar", CellForm::Text, 100, 0, "Varchar(100)", "Varchar(100)", Texts()},
         {"VarWchar", "VarWchar", CellForm::Text, 100, 0, "Text(100)", "Varchar(100)", Texts()},
@@ -169,10 +173,11 @@ const std::vector<SampleColumn>& AllColumns() {
 
 }  // namespace
 
-std::vector<SampleColumn> SampleColumns(Engine target, bool withLongColumns) {
+std::vector<SampleColumn> SampleColumns(const std::string& targetKind, bool withLongColumns) {
     std::vector<SampleColumn> chosen{{"id", "Integer", CellForm::Number, 11, 0, "Long", "Int", {}}};
     for (const SampleColumn& column : AllColumns()) {
-        if ((withLongColumns || !column.isLong) && (column.fitsMySql || target == Engine::Sqlite)) {
+        const bool fits = std::string_view(column.tooLargeFor).find(targetKind) == std::string_view::npos;
+        if (fits && (withLongColumns || !column.isLong)) {
             chosen.push_back(column);
             chosen.back().name = "c" + column.name;  // plain words of SQL are no names for every kind of target
         }

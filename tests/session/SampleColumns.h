@@ -20,11 +20,12 @@ struct SampleColumn {
     const char *sqliteType, *mySqlType;  ///< as a source table declares it
     std::vector<Cell> values;            ///< given to the rows in turn
     bool isLong = false;                 ///< its presence makes a transfer go record by record
-    bool fitsMySql = true;               ///< false: the column type that the mapping gives for MySQL holds less
+    /// The target kinds whose column type, as the mapping gives it, does not hold all of the values.
+    const char* tooLargeFor = "";
 };
 
-/// The sample's columns for a target, in the order of the table; "id" comes first.
-std::vector<SampleColumn> SampleColumns(Engine target, bool withLongColumns);
+/// The sample's columns for a kind of target, in the order of the table; "id" comes first.
+std::vector<SampleColumn> SampleColumns(const std::string& targetKind, bool withLongColumns);
 
 std::vector<NativeColumn> NativeColumnsOf(const std::vector<SampleColumn>& columns);
 std::vector<TestColumn> MappingOf(const std::vector<SampleColumn>& columns);

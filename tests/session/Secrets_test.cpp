@@ -19,7 +19,7 @@ protected:
 TEST_F(SecretsTest, ARunThatSucceedsKeepsThem) {
     session_.targetKind = "MySQL";
     session_.targetConnection = Server().ConnectionString();
-    Server().Run({"create table if not exists shop.t_copy (ID int)"});
+    Server().Run({"create table shop." + ServerTable("t_copy") + " (ID int)"});
     repository_.Add(session_);
     RunningProgram shown(Path("varnel"), {"1", "showoutput"}, folder_.Path(), Path("output.txt"));
     EXPECT_EQ(End(shown), 0) << log_ << output_;

@@ -8,26 +8,38 @@ namespace {
 
 constexpr int kRows = 120'000;  // with their padding more than any socket keeps for a reader that sleeps
 
+/// How the server's list of processes shows the query of the big table.
+constexpr const char* kReadsBig = "info like 'SELECT `ID`%`big`%'";
+
 class ServerLossTest : public SessionTest {
 protected:
-    ServerLossTest() : server_(std::make_unique<MariaDbServer>()) {}
+    void TearDown() override {
+        if (killed_) Server().Start();
+        SessionTest::TearDown();
+    }
+    void KillTheServer() {
+        Server().Kill();
+        killed_ = true;
+    }
 
     void TargetIsTheServer() {
         session_.targetKind = "MySQL";
-        session_.targetConnection = server_->ConnectionString();
+        session_.targetConnection = Server().ConnectionString();
         NativeSqlite source(Path("source.db"));
         source.Run({"create table big (ID int, NAME varchar(255))",
                     "with recursive n(i) as (select 1 union all select i+1 from n where i < 2000000) insert into big "
                     "select i, 'row ' || i from n",
                     "create table small (ID int, NAME varchar(255))", "insert into small values (1,'one')"});
         for (const char* name : {"big", "small"}) {
-            server_->Run({std::string("create table shop.") + name + "_copy (ID int, NAME varchar(255))"});
+            ServerTable(name + std::string("_copy"));
+            Server().Run({std::string("create table shop.") + name + "_copy (ID int, NAME varchar(255))"});
         }
     }
     void SourceIsTheServer() {
         session_.sourceKind = "MySQL";
-        session_.sourceConnection = server_->ConnectionString();
-        server_->Run({"create table shop.big as select seq as ID, repeat('x', 250) as NAME from mysql.seq_1_to_" +
+        session_.sourceConnection = Server().ConnectionString();
+        for (const char* name : {"big", "small"}) ServerTable(name);
+        Server().Run({"create table shop.big as select seq as ID, repeat('x', 250) as NAME from mysql.seq_1_to_" +
                           std::to_string(kRows),
                       "create table shop.small as select 1 as ID, 'one' as NAME"});
         NativeSqlite target(Path("target.db"));
@@ -44,22 +56,16 @@ protected:
         }
         repository_.Add(session_);
     }
-    /// Stops the program once it streams the big table from the server; the server then waits for it.
-    bool StopWhileReading(RunningProgram& program) {
-        const std::string streaming =
-            "select count(*) from information_schema.processlist where user='loader' and "
-            "state like 'Writing to net%'";
-        const std::string anyReader =
-            "select count(*) from information_schema.processlist where user='loader' and "
-            "info like 'SELECT `ID`%'";
-        if (!program.WaitUntil([&] { return server_->Ask(anyReader) != "0"; })) return false;
-        program.Signal(SIGSTOP);
-        return Eventually([&] { return server_->Ask(streaming) != "0"; });
+    /// The log-ins of the program, as the server knows them, for which condition holds too.
+    static std::string LogIns(const std::string& what, const std::string& condition) {
+        return Server().Ask("select " + what + " from information_schema.processlist where user='loader' and " +
+                            condition);
     }
-    std::string ReaderId() {
-        return server_->Ask(
-            "select id from information_schema.processlist where user='loader' and state like "
-            "'Writing to net%'");
+    /// Stops the program once it streams the big table from the server; the server then waits for it.
+    static bool StopWhileReading(RunningProgram& program) {
+        if (!program.WaitUntil([] { return LogIns("count(*)", kReadsBig) != "0"; })) return false;
+        program.Signal(SIGSTOP);
+        return Eventually([] { return LogIns("count(*)", "state like 'Writing to net%'") != "0"; });
     }
     void ExpectTheBigTableGivenUp(const char* limit) {
         EXPECT_GE(InLog("Error Loading Row\r\n"), 1) << log_.substr(0, 2000);
@@ -70,37 +76,38 @@ protected:
         EXPECT_EQ(errorLog_, "");
     }
 
-    std::unique_ptr<MariaDbServer> server_;
+    bool killed_ = false;
 };
 
 TEST_F(ServerLossTest, ATargetServerKilledInTheMiddle) {
     TargetIsTheServer();
     AddTables();
     const auto program = Start();
-    ASSERT_TRUE(program->WaitUntil([&] { return server_->Ask("select 1 from shop.big_copy limit 1") == "1"; }));
-    server_->Kill();
+    ASSERT_TRUE(program->WaitUntil([] { return Server().Ask("select 1 from shop.big_copy limit 1") == "1"; }));
+    KillTheServer();
     EXPECT_EQ(End(*program), 1);
     ExpectTheBigTableGivenUp("Max Allowed");
     const std::size_t second = log_.find("About to Insert Rows in small");
     ASSERT_NE(second, std::string::npos);
     EXPECT_NE(log_.find("Error Loading Row\r\n", second), std::string::npos) << log_.substr(second);
     EXPECT_EQ(InLog(" Rows Loaded"), 0);
-    server_->Start();
-    EXPECT_EQ(server_->Ask("select count(*) % 100 from shop.big_copy"), "0");
-    EXPECT_EQ(server_->Ask("select count(*) from shop.small_copy"), "0");
+    Server().Start();
+    killed_ = false;
+    EXPECT_EQ(Server().Ask("select count(*) % 100 from shop.big_copy"), "0");
+    EXPECT_EQ(Server().Ask("select count(*) from shop.small_copy"), "0");
 }
 
 TEST_F(ServerLossTest, TheNextTableLogsInAnewWhenTheTargetLogInIsLost) {
     TargetIsTheServer();
     AddTables();
     const auto program = Start();
-    ASSERT_TRUE(program->WaitUntil([&] { return server_->Ask("select 1 from shop.big_copy limit 1") == "1"; }));
-    server_->Run({"kill user loader"});
+    ASSERT_TRUE(program->WaitUntil([] { return Server().Ask("select 1 from shop.big_copy limit 1") == "1"; }));
+    Server().Run({"kill user loader"});
     EXPECT_EQ(End(*program), 1);
     ExpectTheBigTableGivenUp("Max Allowed");
     EXPECT_EQ(InLog(" 1 Rows Loaded\r\n"), 1) << log_.substr(0, 2000);
-    EXPECT_EQ(server_->Ask("select NAME from shop.small_copy"), "one");
-    EXPECT_EQ(server_->Ask("select count(*) % 100 from shop.big_copy"), "0");
+    EXPECT_EQ(Server().Ask("select NAME from shop.small_copy"), "one");
+    EXPECT_EQ(Server().Ask("select count(*) % 100 from shop.big_copy"), "0");
 }
 
 TEST_F(ServerLossTest, ASourceServerKilledInTheMiddle) {
@@ -108,7 +115,7 @@ TEST_F(ServerLossTest, ASourceServerKilledInTheMiddle) {
     AddTables();
     const auto program = Start();
     ASSERT_TRUE(StopWhileReading(*program));
-    server_->Kill();
+    KillTheServer();
     program->Signal(SIGCONT);
     EXPECT_EQ(End(*program), 1);
     ExpectTheBigTableGivenUp("50 Allowed");
@@ -124,7 +131,7 @@ TEST_F(ServerLossTest, TheNextTableLogsInAnewWhenTheSourceLogInIsLost) {
     AddTables();
     const auto program = Start();
     ASSERT_TRUE(StopWhileReading(*program));
-    server_->Run({"kill connection " + ReaderId()});
+    Server().Run({"kill connection " + LogIns("id", kReadsBig)});
     program->Signal(SIGCONT);
     EXPECT_EQ(End(*program), 1);
     ExpectTheBigTableGivenUp("50 Allowed");

@@ -63,7 +63,7 @@ std::unique_ptr<RunningProgram> SessionTest::Start(int id) {
 
 int SessionTest::End(RunningProgram& program) {
     const int status = program.Wait();
-    log_ = Bytes(session_.log);
+    log_ = std::filesystem::is_regular_file(session_.log) ? Bytes(session_.log) : "";
     errorLog_ = Content("Varnel.log");
     output_ = Content("output.txt");
     return status;
@@ -86,6 +86,11 @@ int SessionTest::InLog(const std::string& part) const {
 
 bool SessionTest::LogIsClosed() const {
     return log_.ends_with("*******( F.I.N.I.S.H )*********\r\n");
+}
+
+std::string SessionTest::FirstFailure() const {
+    const std::size_t at = log_.find("Error ");
+    return errorLog_ + (at == std::string::npos ? "" : log_.substr(at, 500));
 }
 
 MariaDbServer& SessionTest::Server() {
@@ -114,6 +119,17 @@ std::map<std::string, std::string> Snapshot(const std::string& folder) {
         files[std::filesystem::relative(entry.path(), folder)] = Bytes(entry.path());
     }
     return files;
+}
+
+std::string Changed(const std::map<std::string, std::string>& before, const std::map<std::string, std::string>& after) {
+    std::map<std::string, std::string> all = before;
+    all.insert(after.begin(), after.end());
+    std::string names;
+    for (const auto& [name, bytes] : all) {
+        const auto old = before.find(name), now = after.find(name);
+        if (old == before.end() || now == after.end() || old->second != now->second) names += name + " ";
+    }
+    return names;
 }
 
 void MakeNumbered(NativeDatabase& database, const std::string& table, int count, int padding) {

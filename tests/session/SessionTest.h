@@ -44,6 +44,8 @@ protected:
     /// How often part stands in log_.
     int InLog(const std::string& part) const;
     bool LogIsClosed() const;
+    /// The first failure that the log or the error log tells of, for a message.
+    std::string FirstFailure() const;
 
     /// The one server of this test program, started when it is first asked for.
     static MariaDbServer& Server();
@@ -63,6 +65,8 @@ bool Eventually(const std::function<bool()>& condition, int seconds = 30);
 
 /// Every file of a folder with its bytes, subfolders included; for telling that nothing was touched.
 std::map<std::string, std::string> Snapshot(const std::string& folder);
+/// The names, sorted, of the files that came, went or changed between two snapshots; each followed by a blank.
+std::string Changed(const std::map<std::string, std::string>& before, const std::map<std::string, std::string>& after);
 
 /// A table of numbers 1 to count, "ID" and "NAME", the name followed by padding characters.
 void MakeNumbered(NativeDatabase& database, const std::string& table, int count, int padding = 0);
