@@ -8,21 +8,7 @@ namespace varnel {
 namespace {
 
 bool HasVariableLength(DataTypeEnum type) {
-    switch (type) {
-        case adBSTR:
-        case adChar:
-        case adWChar:
-        case adVarChar:
-        case adVarWChar:
-        case adLongVarChar:
-        case adLongVarWChar:
-        case adBinary:
-        case adVarBinary:
-        case adLongVarBinary:
-            return true;
-        default:
-            return false;
-    }
+    return IsText(type) || type == adBinary || type == adVarBinary || type == adLongVarBinary;
 }
 
 void RefuseWhenTooLong(const Value& value, const Parameter& parameter) {
