@@ -8,33 +8,18 @@ namespace varnel {
 namespace {
 
 bool HasVariableLength(DataTypeEnum type) {
-    switch (type) {
-        case adBSTR:
-        case adChar:
-        case adWChar:
-        case adVarChar:
-        case adVarWChar:
-        case adLongVarChar:
-        case adLongVarWChar:
-        case adBinary:
-        case adVarBinary:
-        case adLongVarBinary:
-            return true;
-        default:
-            return false;
-    }
+    return IsText(type) || type == adBinary || type == adVarBinary || type == adLongVarBinary;
 }
 
-void RefuseWhenTooLong(const Value& value, const Parameter& parameter, std::size_t position) {
+void RefuseWhenTooLong(const Value& value, const Parameter& parameter) {
     if (value.Kind() != ValueKind::Text) return;
     const std::size_t bytes = value.AsText().size();
     if (bytes <= static_cast<std::size_t>(parameter.Size)) return;  // never more characters than bytes
     const std::size_t length = CharacterCount(value.AsText());
     if (length <= static_cast<std::size_t>(parameter.Size)) return;
-    throw Error(ErrorKind::Conversion, "",
-                "Application uses a value of the wrong type for the current operation. Column " +
-                    std::to_string(position + 1) + " takes " + std::to_string(parameter.Size) +
-                    " characters, the text has " + std::to_string(length) + ".");
+    throw Error(ErrorKind::Conversion, parameter.Name,
+                "Application uses a value of the wrong type for the current operation: the text has " +
+                    std::to_string(length) + " characters, " + std::to_string(parameter.Size) + " is the most");
 }
 
 }  // namespace
@@ -109,8 +94,13 @@ void Command::PrepareOnce() {
 void Command::ConvertParameters() {
     for (std::size_t k = 0; k < values_.size(); ++k) {
         const Parameter& parameter = Parameters.list_[k];
-        ConvertValue(parameter.Value, parameter.Type, values_[k]);
-        RefuseWhenTooLong(values_[k], parameter, k);
+        try {
+            ConvertValue(parameter.Value, parameter.Type, values_[k]);
+            RefuseWhenTooLong(values_[k], parameter);
+        } catch (const Error& error) {
+            if (parameter.Name.empty()) throw;
+            throw Error(error.kind, parameter.Name, parameter.Name + ": " + error.what());
+        }
     }
 }
 

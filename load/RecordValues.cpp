@@ -13,21 +13,6 @@ bool GoesAsByteArray(DataTypeEnum type) {
     return type == adLongVarBinary || type == adLongVarChar || type == adLongVarWChar || type == adBinary;
 }
 
-bool IsTextType(DataTypeEnum type) {
-    switch (type) {
-        case adBSTR:
-        case adChar:
-        case adWChar:
-        case adVarChar:
-        case adVarWChar:
-        case adLongVarChar:
-        case adLongVarWChar:
-            return true;
-        default:
-            return false;
-    }
-}
-
 }  // namespace
 
 bool IsDateType(DataTypeEnum type) {
@@ -43,7 +28,7 @@ void SetOracleValue(DataTypeEnum sourceType, const Value& from, Value& into) {
 }
 
 const Value& RecordValue(DataTypeEnum sourceType, const Value& from, DataTypeEnum targetType, Value& scratch) {
-    if (GoesAsByteArray(sourceType) && from.Kind() == ValueKind::Text && !IsTextType(targetType)) {
+    if (GoesAsByteArray(sourceType) && from.Kind() == ValueKind::Text && !IsText(targetType)) {
         AppendUtf16FromUtf8(scratch.StartBytes(), from.AsText());
         return scratch;
     }

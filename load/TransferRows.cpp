@@ -119,6 +119,7 @@ void RowTransfer::PrepareCommand(Command& command) {
         const Field& field = SrcRs->Fields(k);
         command.CommandText += "?,";
         Parameter parameter;
+        parameter.Name = field.Name();
         parameter.Type = MapParamType(field.Type());
         parameter.Size = field.DefinedSize();
         parameter.NumericScale = field.NumericScale();

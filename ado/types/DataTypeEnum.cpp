@@ -2,6 +2,21 @@
 
 namespace varnel {
 
+bool IsText(DataTypeEnum type) {
+    switch (type) {
+        case adBSTR:
+        case adChar:
+        case adWChar:
+        case adVarChar:
+        case adLongVarChar:
+        case adVarWChar:
+        case adLongVarWChar:
+            return true;
+        default:
+            return false;
+    }
+}
+
 bool IsLongOrBinary(DataTypeEnum type) {
     return type == adBinary || type == adLongVarChar || type == adLongVarWChar || type == adVarBinary ||
            type == adLongVarBinary;

@@ -44,6 +44,8 @@ using enum DataTypeEnum;
 
 /// A long or binary field: one of the codes 128, 201, 203, 204 and 205.
 bool IsLongOrBinary(DataTypeEnum type);
+/// A text of any sort, short or long, narrow or wide.
+bool IsText(DataTypeEnum type);
 /// The name without "ad" as session definitions write it ("VarWchar", "LongVarWChar", "DBTimeStamp"); "" when unknown.
 const char* DesignerTypeName(DataTypeEnum type);
 

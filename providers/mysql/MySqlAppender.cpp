@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "ado/types/ValueText.h"
 #include "providers/mysql/MySqlTypes.h"
 
 namespace varnel::mysql {
@@ -25,6 +26,16 @@ std::string TableOf(const MYSQL_FIELD& field) {
     }
     AppendQuoted(table, {field.org_table, field.org_table_length});
     return table;
+}
+
+/// The server rounds digits beyond a column's scale without a word; such a value is refused instead.
+void RefuseRounding(const ColumnInfo& column, const Value& value) {
+    if (value.Kind() != ValueKind::Decimal || column.numericScale == kNotStated) return;
+    if (value.AsDecimal().scale <= column.numericScale) return;
+    if (RoundedToScale(value.AsDecimal(), column.numericScale) == value.AsDecimal()) return;
+    throw Error(ErrorKind::Conversion, column.name,
+                column.name + ": '" + DefaultText(value) + "' has more decimal places than the column's " +
+                    std::to_string(column.numericScale));
 }
 
 }  // namespace
@@ -53,8 +64,11 @@ void MySqlAppender::Append(std::span<const Value> values, const std::vector<bool
         throw Error(ErrorKind::Misuse, table_, "A row needs one value per column.");
     MySqlStatement& insert = InsertFor(assigned);
     parameters_.clear();
-    for (std::size_t k = 0; k < values.size(); ++k)
-        if (assigned[k]) parameters_.push_back(&values[k]);
+    for (std::size_t k = 0; k < values.size(); ++k) {
+        if (!assigned[k]) continue;
+        RefuseRounding(columns_[k], values[k]);
+        parameters_.push_back(&values[k]);
+    }
     insert.ExecuteWith(parameters_);
 }
 

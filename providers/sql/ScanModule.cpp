@@ -46,7 +46,7 @@ std::string Declaration(const TableScan& scan) {
     std::string columns;
     for (const TableScan::Column& column : scan.columns)
         columns += (columns.empty() ? "" : ",") + QuotedName(scan.table->shape.columns[column.position].name);
-    return "CREATE TABLE x(" + (columns.empty() ? "nothing" : columns) + ")";
+    return "CREATE TABLE x(" + (columns.empty() ? "\"none\"" : columns) + ")";
 }
 
 int Connect(sqlite3* database, void* scanPointer, int, const char* const*, sqlite3_vtab** made, char**) {

@@ -18,7 +18,7 @@ namespace {
 Error NotReadYet(const char* what, const std::string& path) {
     return {ErrorKind::NotSupported, path,
             std::string(what) + " '" + path +
-                "' cannot be opened: this version reads and writes SQLite database files only."};
+                "' cannot be opened: this version opens SQLite database files and folders of text files only."};
 }
 
 /// Throws for everything at the path that is no SQLite file.

@@ -151,7 +151,7 @@ TEST_P(DataSourceContract, RunsAPreparedCommandRowByRow) {
     command.SetActiveConnection(source_.connection);
     command.CommandText = "INSERT INTO t (id,name,made,price) VALUES (?,?,?,?)";
     for (const DataTypeEnum type : {adInteger, adVarChar, adDBTimeStamp, adNumeric}) {
-        command.Parameters.Append({adParamInput, type, 10, 2, 10, {}});
+        command.Parameters.Append({"", adParamInput, type, 10, 2, 10, {}});
     }
     command.Parameters(1).Value.SetText("caf\xC3\xA9");
     command.Parameters(2).Value.SetDateTime(FromCivil({2026, 1, 2, 3, 4, 5, 0}));

@@ -95,7 +95,7 @@ TEST(OutputFileTest, AppendsOrTruncatesAndWritesAtOnce) {
     moved.Write(std::string(3'000'000, 'x'));
     moved.Close();
     EXPECT_EQ(ReadBytes(path).size(), 3'000'000u);
-    EXPECT_EQ(ErrorOf([&] { moved.Write("x"); }), "Bad file name or number");
+    EXPECT_EQ(ErrorOf([&] { moved.Write("x"); }), "Bad file name or number: '" + path + "'");
 }
 
 TEST(OutputFileTest, SaysWhyItCannotWrite) {

@@ -1,17 +1,19 @@
 // Which rows a stored condition chooses, in the words of the people who wrote it.
 #include <gtest/gtest.h>
 
+#include "tests/providers_sql/MemoryStore.h"
 #include "tests/providers_sql/SqlTestDatabase.h"
 #include "tests/support/ErrorOf.h"
 
 namespace varnel {
 namespace {
 
-/// One table for all cases: five people, the last one all Null but the key.
+/// One table for all cases: five people, the last one all Null but the key; in a SQLite file and in a store of tables.
+template <class Database>
 class Conditions : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        database = std::make_unique<SqlTestDatabase>();
+        database = std::make_unique<Database>();
         database->Run(
             "CREATE TABLE P (ID Long PRIMARY KEY, Name Text(50), City Text(30), Born DateTime, Flag YesNo, Price "
             "Currency,"
@@ -26,11 +28,15 @@ protected:
     }
     static void TearDownTestSuite() { database.reset(); }
 
-    static std::unique_ptr<SqlTestDatabase> database;
+    static std::unique_ptr<Database> database;
 };
-std::unique_ptr<SqlTestDatabase> Conditions::database;
+template <class Database>
+std::unique_ptr<Database> Conditions<Database>::database;
 
-TEST_F(Conditions, ChooseTheRowsThatTheDialectMeans) {
+using Places = testing::Types<SqlTestDatabase, MemoryTestDatabase>;
+TYPED_TEST_SUITE(Conditions, Places);
+
+TYPED_TEST(Conditions, ChooseTheRowsThatTheDialectMeans) {
     const struct {
         const char* condition;
         const char* ids;
@@ -179,7 +185,7 @@ TEST_F(Conditions, ChooseTheRowsThatTheDialectMeans) {
         {"ID= 1 ;", "1"},
     };
     for (const auto& one : cases) {
-        const auto ask = [&] { return database->Ask(std::string("SELECT ID FROM P WHERE ") + one.condition); };
+        const auto ask = [&] { return this->database->Ask(std::string("SELECT ID FROM P WHERE ") + one.condition); };
         if (std::string(one.ids) == "ERR") {
             EXPECT_EQ(ErrorOf(ask), "Type mismatch in expression.") << one.condition;
             continue;
@@ -190,7 +196,7 @@ TEST_F(Conditions, ChooseTheRowsThatTheDialectMeans) {
     }
 }
 
-TEST_F(Conditions, ComputeWithTheFunctionsOfFilters) {
+TYPED_TEST(Conditions, ComputeWithTheFunctionsOfFilters) {
     const struct {
         const char* expression;
         const char* text;
@@ -323,14 +329,16 @@ TEST_F(Conditions, ComputeWithTheFunctionsOfFilters) {
     };
     for (const auto& one : cases) {
         std::string text;
-        EXPECT_EQ(
-            ErrorOf([&] { text = database->Ask(std::string("SELECT ") + one.expression + " FROM P WHERE ID=1"); }), "")
+        EXPECT_EQ(ErrorOf([&] {
+                      text = this->database->Ask(std::string("SELECT ") + one.expression + " FROM P WHERE ID=1");
+                  }),
+                  "")
             << one.expression;
         EXPECT_EQ(text, one.text) << one.expression;
     }
 }
 
-TEST_F(Conditions, ReportWhatTheyDoNotKnow) {
+TYPED_TEST(Conditions, ReportWhatTheyDoNotKnow) {
     const struct {
         const char* statement;
         const char* error;
@@ -360,13 +368,14 @@ TEST_F(Conditions, ReportWhatTheyDoNotKnow) {
          "Invalid SQL statement; expected 'DELETE', 'INSERT', 'SELECT', 'UPDATE', 'CREATE TABLE' or 'DROP TABLE'."},
         {"SELECT varnel_value(1) FROM P", "Undefined function 'varnel_value' in expression."},
     };
-    for (const auto& one : cases) EXPECT_EQ(ErrorOf([&] { database->Ask(one.statement); }), one.error) << one.statement;
+    for (const auto& one : cases)
+        EXPECT_EQ(ErrorOf([&] { this->database->Ask(one.statement); }), one.error) << one.statement;
     const std::string deep(5000, '(');
-    EXPECT_EQ(ErrorOf([&] { database->Ask("SELECT ID FROM P WHERE " + deep + "1"); }),
+    EXPECT_EQ(ErrorOf([&] { this->database->Ask("SELECT ID FROM P WHERE " + deep + "1"); }),
               "Expression too complex in query expression.");
 }
 
-TEST_F(Conditions, OrderGroupAndCount) {
+TYPED_TEST(Conditions, OrderGroupAndCount) {
     const struct {
         const char* query;
         const char* rows;
@@ -395,7 +404,7 @@ TEST_F(Conditions, OrderGroupAndCount) {
     };
     for (const auto& one : cases) {
         std::string rows;
-        EXPECT_EQ(ErrorOf([&] { rows = database->Ask(one.query); }), "") << one.query;
+        EXPECT_EQ(ErrorOf([&] { rows = this->database->Ask(one.query); }), "") << one.query;
         EXPECT_EQ(rows, one.rows) << one.query;
     }
 }

@@ -54,8 +54,9 @@ TEST(OpenFile, SaysWhatIsWrongWithAPath) {
     const std::string dbf = folder.Write("a.dbf", std::string("\x03\x1A\x0B\x12", 4) + std::string(60, '\0'));
     const std::string empty = folder.Write("empty.mdb"), foreign = folder.Write("foreign.mdb", "hello"),
                       missing = folder.File("none.mdb");
-    const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=",
-                      version = "' cannot be opened: this version reads and writes SQLite database files only.";
+    const std::string
+        jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=",
+        version = "' cannot be opened: this version opens SQLite database files and folders of text files only.";
     const struct {
         std::string connection, error;
     } cases[] = {
@@ -63,7 +64,7 @@ TEST(OpenFile, SaysWhatIsWrongWithAPath) {
         {"Provider=SQLite;Data Source=" + ace, "The Access database '" + ace + version},
         {jet + dbf, "The FoxPro table '" + dbf + version},
         {"Provider=VFPOLEDB;Data Source=" + folder.Path(), "The FoxPro source '" + folder.Path() + version},
-        {jet + folder.Path() + ";Extended Properties=\"text;HDR=Yes\"", "The text source '" + folder.Path() + version},
+        {jet + missing + ";Extended Properties=\"text;HDR=Yes\"", "'" + missing + "' is not a valid path."},
         {jet + folder.Path() + ";Extended Properties=\"Excel 8.0\"", "Could not find installable ISAM."},
         {jet + missing, "Could not find file '" + missing + "'."},
         {"Provider=SQLite;Data Source=" + missing, "Could not find file '" + missing + "'."},

@@ -1,8 +1,9 @@
 // Text in every code page becomes UTF-8.
 #include <gtest/gtest.h>
+#include <ostream>
 
-#include "TextTest.h"
 #include "platform/CodePage.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {
@@ -13,6 +14,7 @@ struct PageCase {
     std::string marked;  // bytes put in front of the file
     int number;          // the code page that the test writes
     const char* word;    // a word that the page can hold
+    friend void PrintTo(const PageCase& row, std::ostream* out) { *out << row.name; }
 };
 class CodePageTest : public testing::TestWithParam<PageCase> {};
 

@@ -3,11 +3,12 @@
 #include <atomic>
 #include <filesystem>
 #include <numeric>
+#include <ostream>
 
-#include "TextTest.h"
 #include "providers/text/FileLook.h"
 #include "providers/text/OpenRecords.h"
 #include "providers/text/TextDatabase.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {
@@ -50,6 +51,7 @@ struct LongValueCase {
     const char* qualifier;
     const char* part;   // what the value consists of, as it stands in the file
     const char* meant;  // the same as it is read
+    friend void PrintTo(const LongValueCase& row, std::ostream* out) { *out << row.name; }
 };
 class LongValueTest : public testing::TestWithParam<LongValueCase> {};
 

@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 #include <filesystem>
 
-#include "TextTest.h"
 #include "platform/StoredPath.h"
 #include "providers/text/ColumnNames.h"
 #include "providers/text/TextDatabase.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {

@@ -1,7 +1,8 @@
 // Bytes to records and fields.
 #include <gtest/gtest.h>
+#include <ostream>
 
-#include "TextTest.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {
@@ -11,6 +12,7 @@ struct RecordCase {
     std::string bytes;  // without a header line
     const char* schema;
     const char* rows;
+    friend void PrintTo(const RecordCase& row, std::ostream* out) { *out << row.name; }
 };
 
 class RecordsTest : public testing::TestWithParam<RecordCase> {};

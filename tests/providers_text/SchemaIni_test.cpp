@@ -1,9 +1,10 @@
 // Schema.ini and the options of connection strings.
 #include <gtest/gtest.h>
+#include <ostream>
 
-#include "TextTest.h"
 #include "providers/text/ConnectionOptions.h"
 #include "providers/text/SchemaIni.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {
@@ -30,6 +31,7 @@ struct IniCase {
     const char* name;
     std::string ini;
     const char* words;  // or the error's text
+    friend void PrintTo(const IniCase& row, std::ostream* out) { *out << row.name; }
 };
 const auto kName = [](const auto& row) { return std::string(row.param.name); };
 

@@ -1,4 +1,4 @@
-#include "TextTest.h"
+#include "tests/providers_text/TextTest.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>

@@ -1,8 +1,9 @@
 // Types found from the values, and types that Col lines state.
 #include <gtest/gtest.h>
+#include <ostream>
 
-#include "TextTest.h"
 #include "providers/text/TextDatabase.h"
+#include "tests/providers_text/TextTest.h"
 
 namespace varnel::text {
 namespace {
@@ -36,6 +37,7 @@ struct TypeCase {
     const char* values;
     const char* told;
     const char* schema = "";
+    friend void PrintTo(const TypeCase& row, std::ostream* out) { *out << row.name; }
 };
 class FoundTypeTest : public testing::TestWithParam<TypeCase> {};
 
@@ -190,8 +192,9 @@ TEST(TextTypes, ReportSizes) {
                  "[t.csv]\nColNameHeader=False\nCol1=A Bit\nCol2=B Byte\nCol3=C Short\nCol4=D Long\nCol5=E Currency\n"
                  "Col6=F Single\nCol7=G Double\nCol8=H DateTime\nCol9=I Text Width 40\nCol10=J Memo\n");
     TextDatabase database(folder.Path());
+    const auto table = database.OpenTable("t.csv");
     std::string sizes;
-    for (const ColumnInfo& column : database.OpenTable("t.csv")->Columns()) {
+    for (const ColumnInfo& column : table->Columns()) {
         sizes += std::to_string(column.definedSize) + "/" + std::to_string(column.precision) + " ";
     }
     EXPECT_EQ(sizes, "2/255 1/3 2/5 4/10 8/19 4/7 8/15 8/255 40/255 536870910/255 ");

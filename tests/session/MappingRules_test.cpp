@@ -30,7 +30,8 @@ const Rule kRules[] = {
      "2003-07-15 00:00:00"},
     {"FractionOfASecond", "DateTime", "DBTimeStamp", 8, 0, "'2003-07-15 13:05:09.75'", "2003-07-15 13:05:09",
      "2003-07-15 00:00:00"},
-    {"DigitsBeyondTheScale", "Decimal(9,4)", "Numeric", 9, 2, "1.2345", "1.23", "1.23"},
+    {"DigitsBeyondTheScale", "Decimal(9,4)", "Numeric", 9, 2, "1.2345", "1.23", "v: '1.2345' has more decimal places",
+     true},
 };
 
 class MappingRuleTest : public SessionTest, public testing::WithParamInterface<Rule> {
