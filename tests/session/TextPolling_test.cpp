@@ -7,6 +7,7 @@
 #include <iterator>
 #include <regex>
 #include <set>
+#include <vector>
 
 #include "tests/session/TextSession.h"
 
@@ -94,6 +95,19 @@ TEST_F(TextPollingTest, TheFolderGetsItsSchemaAndItIsFollowed) {
         "\r\n\r\n[b.csv]\r\nFormat=Delimited(|)\r\nColNameHeader=False\r\nTextDelimiter=\"'\"\r\nMaxScanRows=0\r\n");
     EXPECT_EQ(target_.Ask("select group_concat(ID || '=' || NAME, ';') from (select * from goods order by ID)"),
               "1=it''s, \"one\";2=two|2");
+}
+
+TEST_F(TextPollingTest, AnyNameIsLoadedOrKept) {
+    const std::vector<std::string> names = {"a'b.csv",    "a\"b.csv", "a[b.csv", "a#b.csv", "a.b.csv",  "a;b,c=d.csv",
+                                            "a!`?%b.csv", "a b.csv",  " a.csv",  "UP.CSV",  "Łódź.csv", "日.csv"};
+    int number = 0;
+    for (const std::string& name : names) PutFile("drop/" + name, File(++number));
+    PutFile("drop/no]name.csv", File(99));
+    EXPECT_EQ(Run(), 1);
+    EXPECT_EQ(Loaded(), "1 2 3 4 5 6 7 8 9 10 11 12");
+    for (const std::string& name : names) EXPECT_FALSE(Has("drop/" + name)) << name;
+    EXPECT_EQ(Names("drop", "no]"), "no]name.csv ");
+    EXPECT_EQ(InLog("Aborting Loading Rows for Table :no]name.csv"), 1) << log_;
 }
 
 /// A file between two good ones that cannot be loaded; the session's target decides the way of writing.
