@@ -56,3 +56,12 @@ SELECT i, 1 + i % 5,
        (i * 1999 % 100000) / 100.0,
        CASE i % 4 WHEN 0 THEN NULL WHEN 1 THEN '' WHEN 2 THEN 'It''s order ' || i ELSE 'заказ ' || i END
 FROM n;
+
+-- Filled from the files of a polled folder.
+CREATE TABLE Receipts (
+    Receipt  LONG PRIMARY KEY,
+    Sold     DATETIME,
+    Customer VARCHAR(60),
+    Amount   CURRENCY,
+    Remark   VARCHAR(100)
+);

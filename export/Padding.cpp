@@ -71,9 +71,9 @@ int NumberWidth(DataTypeEnum typeCode) {
 
 std::string PadNumberByFieldType(const Value& value, DataTypeEnum typeCode, bool raw) {
     const int width = NumberWidth(typeCode);
+    if (width == 0) return "";
     const std::string text = TextOf(value, raw);
     const auto length = static_cast<std::int64_t>(CharacterCount(text));
-    if (width == 0) return "";
     if (length < width) return BlankString(width - length) + text;
     return std::string(FirstCharacters(text, width));
 }

@@ -10,6 +10,7 @@
 #include "platform/Files.h"
 #include "tools/KeyReader.h"
 #include "tools/ReadColumnMapping.h"
+#include "tools/ReadTextSettings.h"
 
 namespace varnel::admin {
 namespace {
@@ -20,35 +21,6 @@ constexpr std::size_t kMostEntries = 32'767;  // tables, and columns, of one ses
 
 const std::vector<std::string_view> kSourceKinds{"ACCESS", "FOXPRO", "ORACLE", "MySQL", "MSSQL", "TEXT", "TEXTPOLL"};
 const std::vector<std::string_view> kTargetKinds{"ACCESS", "FOXPRO", "ORACLE", "MySQL", "MSSQL", "TEXT"};
-
-// The repository's code of a qualifier written as the character itself.
-std::string QualifierCode(const std::string& written) {
-    if (written == "\"") return "DQ";
-    return written == "'" ? "SQ" : written;
-}
-
-SourceText ReadSourceText(const toml::table& table, Faults& faults) {
-    KeyReader keys(table, "source_text", faults);
-    SourceText text;
-    text.delimiter = keys.Text("delimiter", "delimiter = \",\"").value_or(text.delimiter);
-    text.qualifier = QualifierCode(keys.Text("qualifier", "qualifier = '\"'").value_or(text.qualifier));
-    text.header = keys.Flag("header", "header = true").value_or(text.header);
-    keys.Finish();
-    return text;
-}
-
-TargetText ReadTargetText(const toml::table& table, Faults& faults) {
-    KeyReader keys(table, "target_text", faults);
-    TargetText text;
-    text.format = keys.Word("format", "format = \"DELIMITED\"", {"DELIMITED", "FIXED"}).value_or(text.format);
-    text.delimiter = keys.Text("delimiter", "delimiter = \",\"").value_or(text.delimiter);
-    text.qualifier = QualifierCode(keys.Text("qualifier", "qualifier = '\"'").value_or(text.qualifier));
-    text.header = keys.Flag("header", "header = true").value_or(text.header);
-    text.folder = keys.Text("folder", "folder = 'C:\\out'").value_or("");
-    text.extension = keys.Text("extension", "extension = \"csv\"").value_or("");
-    keys.Finish();
-    return text;
-}
 
 // The folder of free FoxPro tables is written directly in front of table names, so it carries its separator.
 std::string WithSeparator(std::string folder) {
@@ -93,27 +65,23 @@ Side ReadSide(KeyReader& session, std::string_view key, const std::vector<std::s
     return side;
 }
 
-void ReadPolling(KeyReader& keys, SessionDefinition& session, Faults& faults) {
-    const std::string_view example = "polling = {folder = 'C:\\in', pattern = \"*.csv\", rename = \"done\"}";
-    const toml::table* table = keys.Table("polling", example);
-    if (session.sourceKind == "TEXTPOLL" && !table) keys.Missing("polling", example);
-    if (!table) return;
-    if (session.sourceKind != "TEXTPOLL")
-        faults.Add(*table, "polling belongs to a source of kind TEXTPOLL; remove it, or write kind = \"TEXTPOLL\"");
-    KeyReader polling(*table, "polling", faults);
-    session.pollFolder = polling.RequiredText("folder", "folder = 'C:\\in'");
-    session.pollPattern = polling.RequiredText("pattern", "pattern = \"*.csv\"");
-    session.pollRename = polling.RequiredText("rename", "rename = \"done\"");
-    polling.Finish();
-}
-
 void ReadColumns(KeyReader& keys, const SessionDefinition& session, TableMapping& table, Faults& faults) {
     const std::string_view example = "columns = [\"CustomerID Integer\", \"Name VarWchar(50)\"]";
     const toml::array* columns = keys.Array("columns", example);
     if (!keys.Has("columns") || (columns && columns->empty())) keys.Missing("columns", example);
     if (!columns) return;
     const bool needsTargetType = !table.exists && session.targetKind != "TEXT";
-    for (const toml::node& node : *columns) table.columns.push_back(ReadColumnMapping(node, needsTargetType, faults));
+    for (const toml::node& node : *columns) {
+        table.columns.push_back(ReadColumnMapping(node, needsTargetType, faults));
+        if (session.targetKind == "TEXT") GiveOutputType(table.columns.back());
+    }
+}
+
+void ReadTarget(KeyReader& keys, const SessionDefinition& session, TableMapping& table) {
+    const std::string example =
+        session.targetKind == "TEXT" ? "target = 'C:\\out\\Orders.csv', the file to write" : "target = \"Orders\"";
+    table.target = keys.Text("target", example).value_or(UsualTarget(session, table.source));
+    if (table.target.empty() && !keys.Has("target")) keys.Missing("target", example);
 }
 
 TableMapping ReadTable(const toml::table& node, const SessionDefinition& session, const SourceText& sourceText,
@@ -125,7 +93,7 @@ TableMapping ReadTable(const toml::table& node, const SessionDefinition& session
     else
         table.source = keys.RequiredText("source", "source = \"Orders\"");
     table.sourceOwner = keys.Text("source_owner", "source_owner = \"dbo\"").value_or("");
-    table.target = keys.Text("target", "target = \"Orders\"").value_or(table.source);
+    ReadTarget(keys, session, table);
     table.targetOwner = keys.Text("target_owner", "target_owner = \"dbo\"").value_or("");
     if (session.targetKind == "MSSQL" && table.targetOwner.empty())
         keys.Missing("target_owner", "target_owner = \"dbo\"");
@@ -135,6 +103,7 @@ TableMapping ReadTable(const toml::table& node, const SessionDefinition& session
     table.option = keys.Word("option", "option = \"DELETE\"", {"DROP", "DELETE", "APPEND"}).value_or(table.option);
     const toml::table* text = keys.Table("source_text", "source_text = {delimiter = \",\", header = true}");
     table.sourceText = text ? ReadSourceText(*text, faults) : sourceText;
+    CheckTextKeys(keys, session, faults);
     ReadColumns(keys, session, table, faults);
     keys.Finish();
     return table;
@@ -183,6 +152,7 @@ SessionDefinition ReadSession(const toml::table& node, Faults& faults) {
     session.targetKind = std::move(target.kind), session.targetConnection = std::move(target.connection);
     session.targetType = std::move(target.type), session.targetFolder = std::move(target.folder);
     ReadPolling(keys, session, faults);
+    CheckTextKeys(keys, session, faults);
     const toml::table* sourceText = keys.Table("source_text", "source_text = {delimiter = \",\", header = true}");
     const toml::table* targetText = keys.Table("target_text", "target_text = {format = \"DELIMITED\"}");
     if (targetText) session.targetText = ReadTargetText(*targetText, faults);

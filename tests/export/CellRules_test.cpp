@@ -157,6 +157,7 @@ TEST(Padding, KeepsItsWidthsByTypeNameAndByFieldType) {
     EXPECT_THROW(PadNumberByTypeName(Value::OfText("x"), "LONG", false), Error);
     EXPECT_EQ(PadNumberByFieldType(Value(), adDouble, false), Blanks(17));
     EXPECT_EQ(PadNumberByFieldType(Value::OfInteger(5), adVarWChar, false), "");
+    EXPECT_EQ(PadNumberByFieldType(Value::OfText("no number"), adVarWChar, false), "");
     EXPECT_EQ(BlankString(-3), "");
 }
 

@@ -54,15 +54,21 @@ void AddSessionRow(const std::string& connection, const TestSession& session) {
     record.Number("sessionid", session.id).Text("SessionName", session.name);
     record.Text("SourceConnStr", session.sourceConnection).Text("TargetConnStr", session.targetConnection);
     record.Text("SourceDBName", session.sourceKind).Text("TargetDBName", session.targetKind);
-    for (const char* column : {"SrcDBFPath", "DBFPath", "FPattern", "FRename", "FolderName"}) record.Text(column, "");
+    for (const char* column : {"SrcDBFPath", "DBFPath"}) record.Text(column, "");
+    record.Text("FPattern", session.pattern).Text("FRename", session.rename).Text("FolderName", session.folder);
     record.Text("logfilename", session.log).Store();
 }
 
-void AddTableRow(const std::string& connection, int session, int tabId, const TestTable& table) {
+void AddTableRow(const std::string& connection, const TestSession& session, int tabId, const TestTable& table) {
     NewRecord record(connection, "vrtabs",
                      "[SessionId],[TabID],[SourceTableName],[SourceOwnerName],[DestTableName],[DestOwnerName],"
-                     "[TableExists],[WhereCond],[LoadOption],[FirstTimeLoadOpt]");
-    record.Number("SessionId", session).Number("TabID", tabId);
+                     "[TableExists],[WhereCond],[LoadOption],[FirstTimeLoadOpt],[SFormat],[TextQ],[SFirstColLine],"
+                     "[FileFormat],[DFormat],[DTextQ],[DFirstColLine],[TextDirDest],[FileExt]");
+    const auto &in = session.sourceText, &out = session.targetText;
+    record.Text("SFormat", in.delimiter).Text("TextQ", in.qualifier).Number("SFirstColLine", in.header ? 1 : 0);
+    record.Text("FileFormat", out.format).Text("DFormat", out.delimiter).Text("DTextQ", out.qualifier);
+    record.Number("DFirstColLine", out.header ? 1 : 0).Text("TextDirDest", "C:\\Out").Text("FileExt", ".txt");
+    record.Number("SessionId", session.id).Number("TabID", tabId);
     record.Text("SourceTableName", table.source).Text("SourceOwnerName", table.sourceOwner);
     record.Text("DestTableName", table.target).Text("DestOwnerName", table.targetOwner);
     record.Number("TableExists", table.exists ? 1 : 0).Text("WhereCond", table.where);
@@ -91,10 +97,11 @@ TestRepository::TestRepository(std::string folder)
 
 void TestRepository::Add(const TestSession& session) {
     AddSessionRow(connection_, session);
-    int tabId = 0;
+    int tabId = session.sourceKind == "TEXTPOLL" ? 0 : 1;
     for (const TestTable& table : session.tables) {
-        AddTableRow(connection_, session.id, ++tabId, table);
+        AddTableRow(connection_, session, tabId, table);
         for (const TestColumn& column : table.columns) AddColumnRow(connection_, session.id, tabId, column);
+        ++tabId;
     }
 }
 

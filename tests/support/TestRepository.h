@@ -28,12 +28,22 @@ struct TestTable {
     std::string sourceOwner = {}, targetOwner = {};
 };
 
+/// How text files are laid out; qualifier is the stored code.
+struct TestTextLayout {
+    std::string delimiter = ",";
+    std::string qualifier = "DQ";
+    bool header = true;
+    std::string format = "DELIMITED";  ///< of a text target
+};
+
 struct TestSession {
     int id = 1;
     std::string name = "Test";
     std::string sourceKind = "ACCESS", sourceConnection;
     std::string targetKind = "ACCESS", targetConnection;
     std::string log;
+    std::string folder, pattern, rename;  ///< of a polled folder
+    TestTextLayout sourceText, targetText;
     std::vector<TestTable> tables;
 };
 
@@ -42,7 +52,7 @@ public:
     /// Makes folder/vrrepo.mdb. Needs SetProviders to have been called.
     explicit TestRepository(std::string folder);
 
-    /// Stores a session; its tables are numbered from 1.
+    /// Stores a session; its tables are numbered from 1, the template of a polled folder 0.
     void Add(const TestSession& session);
     /// Runs any statement on the repository.
     void Execute(const std::string& statement);

@@ -13,6 +13,10 @@ const std::string kSides =
 const std::string kTable = "[[session.table]]\nsource = \"T\"\ntarget_owner = \"dbo\"\n";
 const std::string kColumns = "columns = [\"A Integer\"]\n";
 
+const std::string kPolled =
+    "source = {kind = \"TEXTPOLL\", connection = 'Provider=Microsoft.Jet.OLEDB.4.0'}\n"
+    "target = {kind = \"TEXT\", connection = 'Provider=Microsoft.Jet.OLEDB.4.0'}\n";
+
 struct Fault {
     const char* name;
     std::string text;
@@ -89,6 +93,21 @@ std::vector<Fault> Faults() {
         {"NoTargetType",
          kHead + kSides + kTable + "first_time = \"CREATE\"\n" + kColumns,
          {"column \"A\" needs a target type", "write \"A Integer -> A Long\""}},
+        {"TextKeysWithoutText",
+         kHead + kSides + "source_text = {}\ntarget_text = {}\n" + kTable + kColumns,
+         {"s.toml:6: source_text belongs to a source of kind TEXT or TEXTPOLL; remove it",
+          "s.toml:7: target_text belongs to a target of kind TEXT; remove it"}},
+        {"PolledWithoutTarget",
+         kHead + kPolled + "source_text = {delimiter = \"\"}\n[[session.table]]\n" + kColumns,
+         {"s.toml:1: a session needs polling; write polling = {folder", "s.toml:6: delimiter must not be empty",
+          "s.toml:7: a table needs target; write target = 'C:\\out\\Orders.csv', the file to write"}},
+        {"PollingHalfSaid",
+         kHead + kPolled + "polling = {folder = 'a'}\n[[session.table]]\ntarget = 'a.txt'\n" + kColumns,
+         {"polling needs pattern; write pattern = \"*.csv\"", "polling needs rename; write rename = \"done\""}},
+        {"TextTargetWithoutFile",
+         kHead + "source = {kind = \"ACCESS\", connection = 'a=b'}\ntarget = {kind = \"TEXT\", connection = 'a=b'}\n" +
+             "[[session.table]]\nsource = \"T\"\n" + kColumns,
+         {"s.toml:6: a table needs target; write target = "}},
         {"EveryFaultAtOnce",
          kHead + "lgo = 1\n" + kSides + kTable + "wher = 1\n" + kColumns,
          {"s.toml:4: unknown key \"lgo\"", "s.toml:10: unknown key \"wher\""}},

@@ -77,7 +77,7 @@ delimiter = "|"
 qualifier = "SQ"
 header = false
 folder = 'C:\out'
-extension = "txt"
+extension = ".txt"
 
 [[session.table]]
 source = "*.csv"
@@ -86,7 +86,7 @@ exists = true
 option = "APPEND"
 source_text = {delimiter = "\t", qualifier = "", header = false}
 columns = [
-    "A Integer",
+    "A Integer -> A Integer(7)",
 ]
 )toml";
 
@@ -123,6 +123,28 @@ TEST_F(Repository, APolledTemplateIsNumberedZeroSoThatNoFileSharesItsNumber) {
     ASSERT_EQ(Import(kPollSession).status, 0);
     EXPECT_EQ(Sql("vrrepo.mdb", "SELECT TabID, TextQ, SFirstColLine, DTextQ FROM vrtabs"),
               "TabID,TextQ,SFirstColLine,DTextQ\r\n0,\"\",0,SQ\r\n");
+}
+
+// Without a target a table goes to the file that the log names; without a target type a column gets the one whose
+// cells are those of its source type.
+TEST_F(Repository, ATextTargetNeedsToSayLittle) {
+    const std::string head =
+        "[[session]]\nid = 4\nname = \"Out\"\n"
+        "source = {kind = \"ACCESS\", connection = 'Provider=SQLite;Data Source=a.db'}\n"
+        "target = {kind = \"TEXT\", connection = 'Provider=Microsoft.Jet.OLEDB.4.0'}\n";
+    const ProgramResult imported =
+        Import(head +
+               "target_text = {format = \"FIXED\", folder = 'C:\\out', extension = \".txt\", delimiter = \"\"}\n"
+               "[[session.table]]\nsource = \"Goods\"\ncolumns = [\"ID Integer\", \"Name VarWchar(9) -> N\", \"Price "
+               "Currency\", \"Ok Boolean\", \"At DBTimeStamp\", \"Sum Numeric(9,2) -> Sum MONEY\"]\n");
+    ASSERT_EQ(imported.status, 0) << imported.err;
+    EXPECT_EQ(
+        Sql("vrrepo.mdb", "SELECT DestTableName, FileFormat, DFormat, DTextQ, DFirstColLine, FileExt FROM vrtabs"),
+        "DestTableName,FileFormat,DFormat,DTextQ,DFirstColLine,FileExt\r\n"
+        "C:\\out\\Goods.txt,FIXED,\"\",DQ,1,.txt\r\n");
+    EXPECT_EQ(Sql("vrrepo.mdb", "SELECT DCName, DDType, DWidth FROM SrcDCols"),
+              "DCName,DDType,DWidth\r\nID,Integer,7\r\nN,VarWchar,9\r\nPrice,6,21\r\nOk,11,5\r\nAt,135,22\r\n"
+              "Sum,MONEY,9\r\n");
 }
 
 TEST_F(Repository, ShowSaysWhatANullMeansAndHowTheLastRunEnded) {
