@@ -80,7 +80,7 @@ std::string Resolved(std::string base, std::string_view rest) {
 
 /// The folder or link name, as it exists in folder of the application folder, that stands for a drive or a share.
 std::string Mounted(std::string_view stored, const std::string& folder, const std::string& name) {
-    const std::string path = Resolved(ApplicationFolder(), folder + "/" + name);
+    std::string path = Resolved(ApplicationFolder(), folder + "/" + name);
     if (!NameExists(path)) {
         throw Error(ErrorKind::Io, std::string(stored),
                     "Path not found: '" + std::string(stored) + "'; make '" + folder + "/" + name + "' in '" +
@@ -106,7 +106,7 @@ std::string FoundAlongPath(const std::string& name) {
     while (!name.empty()) {
         const std::size_t end = rest.find(':');
         const std::string folder(rest.substr(0, end));
-        const std::string candidate = Joined(folder.empty() ? "." : folder, name);
+        std::string candidate = Joined(folder.empty() ? "." : folder, name);
         struct stat status {};
         if (stat(candidate.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(candidate.c_str(), X_OK) == 0) {
             return candidate;

@@ -161,10 +161,6 @@ constexpr TypeSize kTypeSizes[] = {
     {adLongVarBinary, kLongBinarySize, kNotStated},
 };
 
-bool IsText(DataTypeEnum type) {
-    return type == adVarWChar || type == adWChar || type == adLongVarWChar;
-}
-
 std::string Upper(std::string_view text) {
     return AsciiUpper(text);
 }
@@ -306,7 +302,7 @@ DeclaredType TypeOfDeclaration(std::string_view declaration) {
 std::string DeclarationToStore(const DeclaredType& type, std::string_view word, std::span<const int> arguments) {
     if (type.counter) return "INTEGER";
     if (type.type == adSingle) return "SINGLE";
-    const std::string written = WithArguments(word, arguments);
+    std::string written = WithArguments(word, arguments);
     if (!IsText(type.type) || AffinityOf(written) == Affinity::Text) return written;
     const int size = static_cast<int>(type.size);
     if (type.type == adLongVarWChar) return "LONGTEXT";
