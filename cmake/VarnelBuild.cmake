@@ -37,7 +37,8 @@ function(varnel_library name)
     target_link_libraries(${name} PUBLIC build_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
 endfunction()
 
-# The test programs that run the programs themselves (label "release"); ./check builds only these in the release build.
+# The test programs that run the programs themselves (label "release"): built only when this target is asked for, and in
+# the release build as a rule.
 add_custom_target(release_tests)
 
 # varnel_test(NAME SOURCES a_test.cpp ... LINKS target ... [WHOLE] [LABELS word ...])
@@ -51,6 +52,7 @@ function(varnel_test name)
     target_link_libraries(${name} PRIVATE build_flags ${ARG_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
     if("release" IN_LIST ARG_LABELS)
         add_dependencies(release_tests ${name})
+        set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
     endif()
     if(ARG_WHOLE)
         add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_SOURCE_DIR})

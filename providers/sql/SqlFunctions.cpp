@@ -79,6 +79,8 @@ struct Seen {
 void StepFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
     Guard(context, [&] {
         JetProgram* program = ProgramOf(context, arguments);
+        // SQLite's memory of the group holds one pointer; FinalFunction owns what it points to.
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): the size of the pointer itself is meant
         auto** seen = static_cast<Seen**>(sqlite3_aggregate_context(context, sizeof(Seen*)));
         if (program == nullptr || seen == nullptr) return;
         if (*seen == nullptr) *seen = std::make_unique<Seen>().release();
