@@ -130,10 +130,11 @@ MariaDbServer::~MariaDbServer() {
 
 void MariaDbServer::Install() const {
     const std::string log = folder_ + "/install.log";
-    const pid_t installer = StartProgram(
-        WithUser({FindProgram("mariadb-install-db"), "--no-defaults", "--datadir=" + folder_ + "/data",
-                  "--auth-root-authentication-method=normal", "--skip-test-db", "--innodb-log-file-size=8M"}),
-        log);
+    const pid_t installer =
+        StartProgram(WithUser({FindProgram("mariadb-install-db"), "--no-defaults", "--datadir=" + folder_ + "/data",
+                               "--auth-root-authentication-method=normal", "--force", "--skip-test-db",
+                               "--innodb-log-file-size=8M"}),
+                     log);
     int status = 0;
     waitpid(installer, &status, 0);
     if (status != 0) throw std::runtime_error("The test server could not be installed:\n" + Content(log));
