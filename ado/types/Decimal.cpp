@@ -116,6 +116,21 @@ bool OfShortest(Float number, Decimal& decimal) {
                                                 decimal) == DecimalReading::Number;
 }
 
+/// The usual case of a double without a way through its text: up to six decimal places and 15 digits. A decimal of so
+/// few digits that reads back as the number is its shortest one.
+bool OfFewDigits(double number, Decimal& decimal) {
+    constexpr double kLeastOf16Digits = 1e15;
+    double power = 1;
+    for (std::uint8_t scale = 0; scale <= 6; ++scale, power *= 10) {
+        const double whole = std::nearbyint(number * power);
+        if (!(std::fabs(whole) < kLeastOf16Digits)) return false;
+        if (whole / power != number) continue;
+        decimal = Decimal{static_cast<std::uint64_t>(std::fabs(whole)), scale, whole < 0};
+        return true;
+    }
+    return false;
+}
+
 /// The number times ten to the power of scale, rounded with ties to even; false when that passes 64 bits.
 bool FitsAtScale(const Decimal& number, int scale, std::int64_t& scaled) {
     const Decimal rounded = RoundedToScale(number, scale);
@@ -203,7 +218,7 @@ double ToDouble(const Decimal& number) {
 }
 
 bool DecimalOfShortest(double number, Decimal& decimal) {
-    return OfShortest(number, decimal);
+    return OfFewDigits(number, decimal) || OfShortest(number, decimal);
 }
 bool DecimalOfShortest(float number, Decimal& decimal) {
     return OfShortest(number, decimal);
