@@ -100,7 +100,8 @@ TEST(ConvertValueTest, KeepsWhatTheTypeHolds) {
           {T("x"), adVariant, T("x")},
           {D(0.5), adEmpty, D(0.5)}}) {
         Value into = T("something before");
-        EXPECT_EQ(ErrorOf([&] { ConvertValue(from, type, into); }), "") << static_cast<int>(type);
+        EXPECT_EQ(ErrorOf([&into, &value = from, to = type] { ConvertValue(value, to, into); }), "")
+            << static_cast<int>(type);
         EXPECT_EQ(into, expected) << static_cast<int>(type) << ": " << (into.IsNull() ? "Null" : DefaultText(into));
     }
 }
@@ -162,7 +163,7 @@ TEST(ConvertValueTest, RefusesWhatWouldChange) {
                                            {I(1), adGUID, "Type mismatch"},
                                            {Value::OfBytes("abc"), adVarChar, "UTF-16"}}) {
         Value into;
-        const std::string error = ErrorOf([&] { ConvertValue(from, type, into); });
+        const std::string error = ErrorOf([&into, &value = from, to = type] { ConvertValue(value, to, into); });
         EXPECT_TRUE(error.starts_with(word))
             << error << " for " << DefaultText(from) << " into " << static_cast<int>(type);
     }

@@ -19,8 +19,8 @@ protected:
             "Currency,"
             " Rate Double, Amount Decimal(20,4), Code Memo, Tag GUID)");
         const char* rows[] = {"(1,'Smith','London',#1/2/1970#,True,10.5,0.5,100.25,'A-1',NULL)",
-                              "(2,'O''Brien','DUBLIN',#11/18/2026 4:23:05 "
-                              "PM#,False,20,1.5,0.1,'50%','{0123ABCD-0123-4567-89AB-0123456789AB}')",
+                              ("(2,'O''Brien','DUBLIN',#11/18/2026 4:23:05 PM#,False,20,1.5,0.1,'50%',"
+                               "'{0123ABCD-0123-4567-89AB-0123456789AB}')"),
                               "(3,'\xC3\x84rger','Berlin',#12/31/1999#,Yes,-3.25,-2,12345678901234.5678,'x_y',NULL)",
                               "(4,'smithers','london','5/6/2001',No,0,0,0,'007',NULL)",
                               "(5,NULL,NULL,NULL,NULL,NULL,NULL,NULL,NULL,NULL)"};
