@@ -15,6 +15,8 @@ namespace {
 constexpr std::int64_t kWidestBound = 8000;
 constexpr std::size_t kBytesPerCharacter = 4;
 constexpr std::size_t kNumberText = 64;
+/// The most that the values put aside may take.
+constexpr std::size_t kArrayBytes = std::size_t{2} << 20;
 constexpr SQLULEN kMomentSize = 26;
 constexpr SQLSMALLINT kMomentDigits = 6;
 constexpr SQLULEN kLongSize = 2147483647;
@@ -88,7 +90,9 @@ OdbcParameters::OdbcParameters(std::span<const ParameterInfo> parameters, const 
         Describe(cells_[k], connection);
         hasLong_ = hasLong_ || cells_[k].bytes == 0;
     }
-    if (hasLong_) rows_ = 1;
+    std::size_t rowBytes = 1;
+    for (const Cell& cell : cells_) rowBytes += cell.bytes + sizeof(SQLLEN);
+    rows_ = hasLong_ ? 1 : std::clamp<std::size_t>(kArrayBytes / rowBytes, 1, rows_);
     for (Cell& cell : cells_) {
         cell.room.resize(cell.bytes * rows_);
         cell.lengths.assign(rows_, SQL_NULL_DATA);
