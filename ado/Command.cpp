@@ -75,6 +75,25 @@ void Command::Execute() {
     session_->Guarded([&](ProviderSession&) { prepared_->Execute(values_); });
 }
 
+std::size_t Command::QueueLimit() {
+    RequireConnection();
+    if (Parameters.Count() == 0) return 0;
+    PrepareOnce();
+    return prepared_->QueueLimit();
+}
+
+void Command::Queue() {
+    RequireConnection();
+    PrepareOnce();
+    ConvertParameters();
+    session_->Guarded([&](ProviderSession&) { prepared_->Queue(values_); });
+}
+
+void Command::Send(const RowOutcome& outcome) {
+    RequireConnection();
+    if (prepared_) session_->Guarded([&](ProviderSession&) { prepared_->Send(outcome); });
+}
+
 void Command::Commit() {
     if (prepared_) session_->Guarded([&](ProviderSession&) { prepared_->Commit(); });
 }

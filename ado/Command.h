@@ -35,6 +35,12 @@ public:
     /// Runs CommandText with the parameters' current values. With parameters it is prepared once and prepared anew
     /// only when the text changes. A value is converted to its parameter's type; a text longer than Size is refused.
     void Execute();
+    /// How many runs can be put aside and sent together; 0 when each goes by Execute. Prepares the statement.
+    std::size_t QueueLimit();
+    /// As Execute, but the parameters' values are only put aside.
+    void Queue();
+    /// Sends what was put aside and tells each run's outcome, as if each had been one Execute.
+    void Send(const RowOutcome& outcome);
     /// Starts CommandText, which has no parameters, and returns before its outcome is known where the provider can.
     /// Throws what is known at once; Finish waits for the rest.
     void Start();

@@ -162,11 +162,26 @@ void Recordset::AddNew() {
     for (Value& value : pending_) value.SetNull();
 }
 
-void Recordset::Update() {
+void Recordset::RequireAdding() const {
     RequireOpen();
     if (position_ != Position::Adding) throw Error(ErrorKind::Misuse, "", "Operation is not allowed in this context.");
+}
+
+void Recordset::Update() {
+    RequireAdding();
     session_->Guarded([&](ProviderSession&) { appender_->Append(pending_, assigned_); });
     position_ = Position::OnNewRow;
+}
+
+void Recordset::QueueUpdate() {
+    RequireAdding();
+    session_->Guarded([&](ProviderSession&) { appender_->Queue(pending_, assigned_); });
+    position_ = Position::OnNewRow;
+}
+
+void Recordset::SendUpdates(const RowOutcome& outcome) {
+    RequireOpen();
+    if (appender_) session_->Guarded([&](ProviderSession&) { appender_->Send(outcome); });
 }
 
 void Recordset::CancelUpdate() {

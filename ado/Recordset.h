@@ -55,11 +55,19 @@ public:
     /// Drops the pending record; does nothing when there is none.
     void CancelUpdate();
 
+    /// How many new records can be put aside and written together; 0 when each goes by Update.
+    std::size_t QueueLimit() const { return appender_ ? appender_->QueueLimit() : 0; }
+    /// As Update, but the record is only put aside; all records aside set the same fields.
+    void QueueUpdate();
+    /// Writes the records put aside and tells each one's outcome, as if each had been written by Update.
+    void SendUpdates(const RowOutcome& outcome);
+
 private:
     friend class Field;
 
     void OpenOn(std::shared_ptr<SessionLease> session, const std::string& source, LockTypeEnum lockType);
     void RunQuery();
+    void RequireAdding() const;
     void Fetch();
     void ReadOnFirstUse();
     void RequireOpen() const;

@@ -28,6 +28,7 @@ endif()
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET GLOBAL sqlite3)
 pkg_check_modules(MARIADB REQUIRED IMPORTED_TARGET GLOBAL libmariadb)
+pkg_check_modules(ODBC REQUIRED IMPORTED_TARGET GLOBAL odbc)
 
 # varnel_library(NAME SOURCES a.cpp ... [LINKS lower_target ...] [PRIVATE_LINKS library ...])
 # A folder's static library. LINKS are the folders whose headers its own headers include.

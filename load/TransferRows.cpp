@@ -3,6 +3,7 @@
 #include "app/flags/SharedFlags.h"
 #include "app/shared/SessionLog.h"
 #include "load/RecordValues.h"
+#include "load/RowCopy.h"
 #include "load/TransferSteps.h"
 #include "source/SourceQuery.h"
 #include "ui/ProgressForm.h"
@@ -64,18 +65,14 @@ private:
     void WriteByParameters();
     void WriteRecordByRecord();
     void PrepareCommand(Command& command);
-    void SetParameters(Command& command);
-    void SetFields();
-    void CountRow();
-    void MoveToNextSourceRow() {
-        trap_.Try([] { SrcRs->MoveNext(); });
-    }
+    void CopyInto(TargetRows& target);
     void Report(const Error& error);
     void GiveUp();
 
     Transfer transfer_;
     FailureTrap trap_;
     TargetTexts target_;
+    RowCopy* copying_ = nullptr;
 };
 
 void RowTransfer::Announce() {
@@ -96,19 +93,16 @@ void RowTransfer::OpenSource() {
 void RowTransfer::WriteByParameters() {
     Command command;
     trap_.Need([&] { PrepareCommand(command); });
-    StartProgress(transfer_);
-    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
-        if (at == SourcePosition::Broken) continue;
-        transfer_.rowOk = true;
-        SetParameters(command);
-        ++transfer_.attempted;
-        if (transfer_.rowOk) trap_.Try([&] { command.Execute(); });
-        MoveToNextSourceRow();
-        ShowRowPro(transfer_.loaded + 1);
-        if (transfer_.rowOk) CountRow();
-        if (!YieldAndGoOn(transfer_)) break;
-    }
+    ParameterRows rows(command);
+    CopyInto(rows);
     trap_.Try([&] { command.Commit(); });
+}
+
+void RowTransfer::CopyInto(TargetRows& target) {
+    RowCopy copy(transfer_, trap_, target, RowCopy::FailedRow::MovesTheBar);
+    copying_ = &copy;
+    copy.Run();
+    copying_ = nullptr;
 }
 
 void RowTransfer::PrepareCommand(Command& command) {
@@ -129,15 +123,6 @@ void RowTransfer::PrepareCommand(Command& command) {
     command.CommandText.back() = ')';
 }
 
-void RowTransfer::SetParameters(Command& command) {
-    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
-        trap_.Try([&] {
-            const Field& field = SrcRs->Fields(k);
-            SetOracleValue(field.Type(), field.GetValue(), command.Parameters(k).Value);
-        });
-    }
-}
-
 void RowTransfer::WriteRecordByRecord() {
     trap_.Need([] {
         DestConn = std::make_unique<Connection>();
@@ -147,46 +132,18 @@ void RowTransfer::WriteRecordByRecord() {
         DestRs = std::make_unique<Recordset>();
         DestRs->Open(target_.select, *DestConn, adOpenDynamic, adLockOptimistic);
     });
-    StartProgress(transfer_);
-    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
-        if (at == SourcePosition::Broken) continue;
-        transfer_.rowOk = true;
-        trap_.Try([] { DestRs->AddNew(); });
-        SetFields();
-        ++transfer_.attempted;
-        if (transfer_.rowOk) trap_.Try([] { DestRs->Update(); });
-        MoveToNextSourceRow();
-        ShowRowPro(transfer_.loaded + 1);
-        if (transfer_.rowOk) {
-            CountRow();
-        } else {
-            trap_.Try([] { DestRs->CancelUpdate(); });
-        }
-        if (!YieldAndGoOn(transfer_)) break;
-    }
+    RecordRows rows([](const Field& from, const Field& into, Value& scratch) -> const Value& {
+        return RecordValue(from.Type(), from.GetValue(), into.Type(), scratch);
+    });
+    CopyInto(rows);
     trap_.Try([] { DestRs->Close(); });
-}
-
-void RowTransfer::SetFields() {
-    Value scratch;
-    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
-        trap_.Try([&] {
-            const Field& source = SrcRs->Fields(k);
-            Field& target = DestRs->Fields(k);
-            target.SetValue(RecordValue(source.Type(), source.GetValue(), target.Type(), scratch));
-        });
-    }
-}
-
-void RowTransfer::CountRow() {
-    ++transfer_.loaded;
-    ShowLoadedRows(transfer_);
 }
 
 void RowTransfer::Report(const Error& error) {
     const bool polled = SessionDef.SourceDBName == "TEXTPOLL";
     constexpr std::string_view kHint =
         "f Folder Polling is selected as source then, the files must be of same structure";
+    if (copying_ != nullptr) copying_->Settle();
     transfer_.rowOk = false;
     WriteLog(EngineLogFile, std::string("Error Loading Row\r\n") + error.what());
     if (polled) WriteLog(EngineLogFile, "i" + std::string(kHint));

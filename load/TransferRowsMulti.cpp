@@ -3,6 +3,7 @@
 #include "app/shared/Yield.h"
 #include "load/BatchInsert.h"
 #include "load/RecordValues.h"
+#include "load/RowCopy.h"
 #include "load/TransferRows.h"
 #include "load/TransferSteps.h"
 #include "source/SourceQuery.h"
@@ -40,7 +41,6 @@ private:
     void Send(BatchInsert& batch, std::string_view ending);
     void Settle();
     void WriteRecordByRecord();
-    void SetFields();
     void ShowIfRowOk() {
         if (transfer_.rowOk) ShowLoadedRows(transfer_);
     }
@@ -140,33 +140,11 @@ void MultiRowTransfer::WriteRecordByRecord() {
         DestRs->Open("Select " + ColumnList() + " FROM `" + DestTables(transfer_.i).TableName + "` ", *DestConn,
                      adOpenStatic, adLockOptimistic);
     });
-    StartProgress(transfer_);
-    for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
-        if (at == SourcePosition::Broken) continue;
-        transfer_.rowOk = true;
-        trap_.Try([] { DestRs->AddNew(); });
-        SetFields();
-        ++transfer_.attempted;
-        if (transfer_.rowOk) trap_.Try([] { DestRs->Update(); });
-        MoveToNextSourceRow();
-        if (transfer_.rowOk) {
-            ++transfer_.loaded;
-            ShowRowPro(transfer_.loaded);
-            ShowLoadedRows(transfer_);
-        }
-        if (!YieldAndGoOn(transfer_)) break;
-    }
+    RecordRows rows([](const Field& from, const Field&, Value& scratch) -> const Value& {
+        return MySqlRecordValue(from.Type(), from.GetValue(), scratch);
+    });
+    RowCopy(transfer_, trap_, rows, RowCopy::FailedRow::LeavesTheBar).Run();
     trap_.Try([] { DestRs->Close(); });
-}
-
-void MultiRowTransfer::SetFields() {
-    Value scratch;
-    for (std::size_t k = 0; k < SrcRs->FieldCount(); ++k) {
-        trap_.Try([&] {
-            const Field& source = SrcRs->Fields(k);
-            DestRs->Fields(k).SetValue(MySqlRecordValue(source.Type(), source.GetValue(), scratch));
-        });
-    }
 }
 
 void MultiRowTransfer::Report(const Error& error) {

@@ -4,7 +4,6 @@
 #include "ado/types/ValueText.h"
 #include "app/flags/SharedFlags.h"
 #include "app/shared/SessionLog.h"
-#include "app/shared/Yield.h"
 #include "source/SourceQuery.h"
 #include "ui/ProgressForm.h"
 
@@ -70,12 +69,6 @@ void ShowLoadedRows(const Transfer& transfer) {
     const std::string total = DefaultText(Value::OfDouble(transfer.total));
     Form14().SetLabel2(std::to_string(transfer.loaded) + " of " + total + " Rows Loaded");
     Form14().RefreshLabel2();
-}
-
-bool YieldAndGoOn(const Transfer& transfer) {
-    constexpr std::int32_t kRowsPerYield = 10;
-    if (transfer.loaded % kRowsPerYield == 0) YieldToUserInterface();
-    return !CancelRequested;
 }
 
 void ReportEndOfTable(const Transfer& transfer) {

@@ -42,8 +42,6 @@ void StartProgress(const Transfer& transfer);
 void ShowRowPro(std::int32_t value);
 /// Label2: "120 of 5000 Rows Loaded", repainted.
 void ShowLoadedRows(const Transfer& transfer);
-/// Yields when the loaded rows are a multiple of 10 (0 included). Returns whether the row loop goes on.
-bool YieldAndGoOn(const Transfer& transfer);
 /// The lines at a table's end: " 120 Rows Loaded" in log and window, and the window's word on a cancel.
 void ReportEndOfTable(const Transfer& transfer);
 /// Ends the read and commits what was written when a transfer is given up. report: gets what fails in it.

@@ -1,6 +1,7 @@
 #include "providers/ProviderList.h"
 
 #include "providers/mysql/MySqlProvider.h"
+#include "providers/odbc/OdbcProvider.h"
 #include "providers/sql/SqlProvider.h"
 
 namespace varnel {
@@ -8,7 +9,8 @@ namespace varnel {
 std::vector<const Provider*> AllProviders() {
     static const MySqlProvider mysql;
     static const SqlProvider sql;
-    return {&mysql, &sql};
+    static const OdbcProvider odbc;
+    return {&mysql, &sql, &odbc};
 }
 
 }  // namespace varnel

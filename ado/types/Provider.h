@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -13,6 +14,7 @@
 #include "ado/types/ConnectionString.h"
 #include "ado/types/DataTypeEnum.h"
 #include "ado/types/Value.h"
+#include "platform/Error.h"
 
 namespace varnel {
 
@@ -41,6 +43,10 @@ public:
     virtual bool Next(std::span<Value> row) = 0;
 };
 
+/// Gets the outcome of one row that was sent with others: null when it is stored. May throw; the rows behind it are
+/// then neither sent one by one nor counted.
+using RowOutcome = std::function<void(const Error*)>;
+
 /// A statement with parameter markers, run once per row.
 class PreparedStatement {
 public:
@@ -49,6 +55,13 @@ public:
     virtual void Execute(std::span<const Value> parameters) = 0;
     /// A commit point: what was executed survives the end of the process. Nothing to do where every Execute is one.
     virtual void Commit() {}
+    /// How many rows can be put aside and sent together; 0 when each is to be executed by itself.
+    virtual std::size_t QueueLimit() const { return 0; }
+    /// Puts a row aside. Throws for a value that its parameter cannot hold; the row is then not put aside.
+    virtual void Queue(std::span<const Value> parameters) { Execute(parameters); }
+    /// Sends the rows put aside and tells each one's outcome in their order, as if each had been executed alone: a
+    /// refused row costs no other.
+    virtual void Send(const RowOutcome& outcome) { (void)outcome; }
 };
 
 /// What AddNew and Update need: inserts rows into the table that a SELECT of plain columns names.
@@ -63,6 +76,10 @@ public:
     /// A commit point: what was appended survives the end of the process. Destroying the appender tries the same but
     /// cannot report a failure.
     virtual void Commit() = 0;
+    /// Rows put aside and sent together, as in PreparedStatement; all of them set the same columns.
+    virtual std::size_t QueueLimit() const { return 0; }
+    virtual void Queue(std::span<const Value> values, const std::vector<bool>& assigned) { Append(values, assigned); }
+    virtual void Send(const RowOutcome& outcome) { (void)outcome; }
 };
 
 /// The type, size and digits of one parameter, as the caller described it.

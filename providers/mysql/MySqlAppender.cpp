@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ado/types/ValueText.h"
+#include "ado/types/ExactFit.h"
 #include "providers/mysql/MySqlTypes.h"
 
 namespace varnel::mysql {
@@ -26,16 +26,6 @@ std::string TableOf(const MYSQL_FIELD& field) {
     }
     AppendQuoted(table, {field.org_table, field.org_table_length});
     return table;
-}
-
-/// The server rounds digits beyond a column's scale without a word; such a value is refused instead.
-void RefuseRounding(const ColumnInfo& column, const Value& value) {
-    if (value.Kind() != ValueKind::Decimal || column.numericScale == kNotStated) return;
-    if (value.AsDecimal().scale <= column.numericScale) return;
-    if (RoundedToScale(value.AsDecimal(), column.numericScale) == value.AsDecimal()) return;
-    throw Error(ErrorKind::Conversion, column.name,
-                column.name + ": '" + DefaultText(value) + "' has more decimal places than the column's " +
-                    std::to_string(column.numericScale));
 }
 
 }  // namespace

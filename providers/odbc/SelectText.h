@@ -1,0 +1,20 @@
+// The parts of "SELECT columns FROM table", as they are written.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace varnel::odbc {
+
+struct SelectText {
+    std::vector<std::string> columns;  ///< quoted as in the statement
+    std::string table;                 ///< the same
+};
+
+/// Understands names in brackets, back quotes and double quotes. Nothing when there is more than plain columns and one
+/// table.
+std::optional<SelectText> ReadSelect(std::string_view statement);
+
+}  // namespace varnel::odbc
