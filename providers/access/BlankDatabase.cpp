@@ -1,10 +1,11 @@
 #include "providers/access/BlankDatabase.h"
 
 #include <algorithm>
-#include <bit>
+#include <cerrno>
 #include <random>
 
 #include "platform/Clock.h"
+#include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/StoredPath.h"
 #include "providers/access/DefinitionWriter.h"

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/Error.h"
+#include "providers/access/UsageMapReader.h"
 
 namespace varnel::access {
 namespace {
@@ -56,6 +57,17 @@ PageNumber FilePages::TakeLoose() {
     if (made != *page) free_.Remove(freeMap_, made);
     if (made != *page) free_.Add(freeMap_, *page);
     return made;
+}
+
+void FilePages::GiveAll(RowPointer map) {
+    const PageSet members = ReadUsageMap(file_, map);
+    EmptyMap(map);
+    for (auto page = members.Next(0); page; page = members.Next(*page + 1))
+        if (*page < file_.PageCount()) GiveLoose(*page);
+}
+
+void FilePages::EmptyMap(RowPointer map) {
+    for (const PageNumber page : maps_.Reset(map)) GiveLoose(page);
 }
 
 void FilePages::GiveLoose(PageNumber page) {

@@ -24,6 +24,11 @@ public:
     PageNumber TakeLoose();
     void GiveLoose(PageNumber page);
 
+    /// Gives back every page of a map, and leaves the map empty.
+    void GiveAll(RowPointer map);
+    /// Empties a map whose pages stay, or stand in another one.
+    void EmptyMap(RowPointer map);
+
     /// The maps of tables, columns and indexes.
     UsageMapWriter& Maps() { return maps_; }
 

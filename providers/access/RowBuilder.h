@@ -3,9 +3,9 @@
 //   u16 n             highest column id + 1
 //   fixed area        every fixed column at its offset, zeros where it is Null
 //   variable data     the values one after the other, by variable number
-//   u16 eod           the end of the variable data             \
-//   u16 off(k-1)..0   the start of each variable value          > only in a table that has had a variable column
-//   u16 k             variable columns                         /
+//   u16 eod           the end of the variable data; this and the next two only in a table that has had such a column
+//   u16 off(k-1)..0   the start of each variable value, the last one first
+//   u16 k             variable columns
 //   mask              bit id = the column has a value; a Boolean's bit is its value
 #pragma once
 

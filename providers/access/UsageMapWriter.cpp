@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Error.h"
+#include "providers/access/DataPage.h"
 #include "providers/access/RowPage.h"
 #include "providers/access/StoreBytes.h"
 
@@ -51,11 +52,12 @@ std::size_t FirstUsedByte(std::span<const std::uint8_t> bytes) {
 
 void UsageMapWriter::ForEachPiece(RowPointer map, bool backwards, const std::function<bool(const Bits&)>& look) {
     const PagePin pin = file_.Read(map.page);
-    // Only looked at: RowPage finds and checks the row, and changes nothing.
-    const std::span page(const_cast<std::uint8_t*>(pin.get()), file_.Shape().pageSize);
-    const std::span<const std::uint8_t> row = RowPage(page, map.page, OwnerOf(map)).Row(map.row);
+    DataPage rows;
+    if (rows.Attach({pin.get(), file_.Shape().pageSize}, file_.Shape()) != nullptr || map.row >= rows.SlotCount())
+        ThrowDamaged(map);
+    const std::span<const std::uint8_t> row = rows.At(map.row).bytes;
     if (!IsReference(row, map)) {
-        look({LoadU32(row, 1), row.subspan(kInlineHead), pin});
+        look({LoadU32(row, 1), row.subspan(kInlineHead)});
         return;
     }
     for (std::size_t i = 0; i < kReferences; ++i) {
@@ -64,9 +66,9 @@ void UsageMapWriter::ForEachPiece(RowPointer map, bool backwards, const std::fun
         if (at == 0) continue;
         const PagePin bits = file_.Read(at);
         if (bits[0] != kBitPageType) ThrowDamaged(map);
-        if (look({static_cast<PageNumber>(k) * kPagesPerReference,
-                  std::span(bits.get(), file_.Shape().pageSize).subspan(kBitPageHead), bits}))
-            return;
+        const Bits piece{static_cast<PageNumber>(k) * kPagesPerReference,
+                         std::span(bits.get(), file_.Shape().pageSize).subspan(kBitPageHead)};
+        if (look(piece)) return;
     }
 }
 
@@ -103,14 +105,15 @@ std::optional<PageNumber> UsageMapWriter::Last(RowPointer map) {
     return found;
 }
 
-std::vector<PageNumber> UsageMapWriter::BitPages(RowPointer map) {
-    std::vector<PageNumber> pages;
-    const PagePin pin = file_.Read(map.page);
-    const std::span page(const_cast<std::uint8_t*>(pin.get()), file_.Shape().pageSize);
-    const std::span<const std::uint8_t> row = RowPage(page, map.page, OwnerOf(map)).Row(map.row);
+std::vector<PageNumber> UsageMapWriter::Reset(RowPointer map) {
+    std::vector<PageNumber> bitPages;
+    RowPage rows(file_.Change(map.page), map.page, OwnerOf(map));
+    const std::span<const std::uint8_t> row = rows.Row(map.row);
     for (std::size_t k = 0; IsReference(row, map) && k < kReferences; ++k)
-        if (const PageNumber at = LoadU32(row, kReferenceHead + 4 * k); at != 0) pages.push_back(at);
-    return pages;
+        if (const PageNumber at = LoadU32(row, kReferenceHead + 4 * k); at != 0) bitPages.push_back(at);
+    if (!rows.CanHold(map.row, kNewMapBytes)) ThrowDamaged(map);
+    rows.Replace(map.row, std::vector<std::uint8_t>(kNewMapBytes), rows.Flags(map.row));
+    return bitPages;
 }
 
 void UsageMapWriter::Set(RowPointer map, PageNumber page, bool value, bool mayMove) {

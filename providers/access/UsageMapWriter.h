@@ -35,17 +35,16 @@ public:
     void Remove(RowPointer map, PageNumber page) { Set(map, page, false, false); }
     std::optional<PageNumber> First(RowPointer map);
     std::optional<PageNumber> Last(RowPointer map);
-    /// The pages of bits of a reference map.
-    std::vector<PageNumber> BitPages(RowPointer map);
+    /// Makes the map an empty one of the usual size. Returns the pages of bits that it no longer needs.
+    std::vector<PageNumber> Reset(RowPointer map);
     /// Lengthens the map by at least one page beyond those it covers; the new ones that are fileEnd or above are set.
     void Lengthen(RowPointer map, PageNumber fileEnd);
 
 private:
-    /// Where a map's bits lie now.
+    /// A piece of a map: byte k, bit b stands for page first + 8 * k + b.
     struct Bits {
         PageNumber first = 0;
         std::span<const std::uint8_t> bytes;
-        PagePin pin;
     };
     void Set(RowPointer map, PageNumber page, bool value, bool mayMove);
     void SetReferenced(RowPointer map, PageNumber page, bool value);

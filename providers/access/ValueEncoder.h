@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "ado/types/DataTypeEnum.h"
 #include "ado/types/Value.h"
 #include "providers/access/TableDefinition.h"
 
