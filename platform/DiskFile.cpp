@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -80,6 +81,10 @@ DiskFile& DiskFile::operator=(DiskFile&& other) noexcept {
 
 void DiskFile::Close() noexcept {
     if (IsOpen()) close(std::exchange(descriptor_, -1));
+}
+
+void DiskFile::RemoveName() noexcept {
+    unlink(local_.c_str());
 }
 
 bool DiskFile::StillThere() const noexcept {
@@ -166,6 +171,12 @@ void SyncFolder(const std::string& localFolder, const std::string& storedPath) {
 
 void RemoveDiskFile(const std::string& localPath, const std::string& storedPath) {
     if (unlink(localPath.c_str()) != 0 && errno != ENOENT) ThrowFileError(errno, storedPath);
+}
+
+std::string MachineName() {
+    std::array<char, 256> name{};
+    gethostname(name.data(), name.size() - 1);
+    return name.data();
 }
 
 std::string PathWithoutLinks(const std::string& localPath) {
