@@ -1,0 +1,11 @@
+// Single values as the bytes of index keys.
+#pragma once
+
+#include "providers/access/TableDefinition.h"
+
+namespace varnel::access {
+
+/// True when columns of the type can stand in an index.
+bool HasKeys(ColumnType type);
+
+}  // namespace varnel::access
