@@ -67,6 +67,7 @@ IndexKey::IndexKey(const TableDefinition& table, const RealIndex& index) : table
                         "Index '" + index.name + "' of table '" + table.name + "' names a column that does not exist.");
         }
         positions_.push_back(at);
+        plans_.push_back(PlanCell(table.columns[at]));
     }
     FindObstacle();
 }
@@ -95,6 +96,48 @@ KeyState IndexKey::Build(std::string& key, std::span<const Value> row) const {
         if (value.IsNull() && column.type != ColumnType::Boolean) ++nulls;
         AppendKey(key, value, column, index_->columns[k].ascending);
     }
+    return Finish(key, nulls);
+}
+
+KeyState IndexKey::BuildStored(std::string& key, RowView& row, LongValueReader& longValues) const {
+    if (!obstacle_.empty()) throw Error(ErrorKind::NotSupported, table_->name, obstacle_);
+    key.clear();
+    std::size_t nulls = 0;
+    for (std::size_t k = 0; k < plans_.size(); ++k) {
+        const CellPlan& plan = plans_[k];
+        const bool ascending = index_->columns[k].ascending;
+        if (plan.type == ColumnType::Boolean) {
+            AppendBooleanKey(key, row.Has(plan.id), ascending);
+        } else if (!row.Has(plan.id)) {
+            AppendNullKey(key, ascending);
+            ++nulls;
+        } else {
+            AppendCell(key, k, row, longValues);
+        }
+    }
+    return Finish(key, nulls);
+}
+
+void IndexKey::AppendCell(std::string& key, std::size_t k, RowView& row, LongValueReader& longValues) const {
+    const CellPlan& plan = plans_[k];
+    const Column& column = table_->columns[positions_[k]];
+    const auto cell = plan.fixed ? row.Fixed(plan.place, plan.size) : row.Variable(plan.place);
+    Fault fault = cell ? nullptr : "the row is damaged";
+    std::vector<std::uint8_t> text;
+    if (cell && column.type == ColumnType::Memo) {
+        fault = longValues.Read(*cell, [&](Bytes piece) -> Fault {
+            text.insert(text.end(), piece.begin(), piece.end());
+            return nullptr;
+        });
+    }
+    if (fault != nullptr) {
+        throw Error(ErrorKind::Corrupt, table_->name,
+                    "Column '" + column.name + "' of table '" + table_->name + "' cannot be read: " + fault);
+    }
+    AppendStoredKey(key, column.type == ColumnType::Memo ? Bytes(text) : *cell, column, index_->columns[k].ascending);
+}
+
+KeyState IndexKey::Finish(std::string& key, std::size_t nulls) const {
     if (nulls > 0 && (index_->flags & kRequiredIndex) != 0) {
         throw Error(ErrorKind::Constraint, table_->name,
                     "Index or primary key cannot contain a Null value: index '" + index_->name + "' of table '" +

@@ -11,7 +11,10 @@
 #include <vector>
 
 #include "ado/types/Value.h"
+#include "providers/access/CellDecoder.h"
 #include "providers/access/Layout.h"
+#include "providers/access/LongValueReader.h"
+#include "providers/access/RowView.h"
 #include "providers/access/TableDefinition.h"
 
 namespace varnel::access {
@@ -60,13 +63,19 @@ public:
     /// Replaces key by the row's key, without row id. row: one value per column of the table, in the definition's
     /// order. Throws Error{Constraint} for a null that the index forbids, Error{NotSupported} with Obstacle().
     KeyState Build(std::string& key, std::span<const Value> row) const;
+    /// The same from a stored row, exactly as it is: a date need not be one that a Value holds. longValues: for memos.
+    /// Throws also Error{Corrupt} for a row that cannot be read.
+    KeyState BuildStored(std::string& key, RowView& row, LongValueReader& longValues) const;
 
 private:
     void FindObstacle();
+    void AppendCell(std::string& key, std::size_t k, RowView& row, LongValueReader& longValues) const;
+    KeyState Finish(std::string& key, std::size_t nulls) const;
 
     const TableDefinition* table_;
     const RealIndex* index_;
     std::vector<std::size_t> positions_;
+    std::vector<CellPlan> plans_;  ///< of the index's columns
     std::string obstacle_;
 };
 

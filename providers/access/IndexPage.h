@@ -32,8 +32,7 @@ struct IndexShape {
 };
 IndexShape IndexShapeOf(const Layout& layout);
 
-/// The longest entry of a node: a key of 510 bytes, row id and child.
-inline constexpr std::size_t kLongestEntry = 518;
+/// Bytes of a child at the end of a node's entry.
 inline constexpr std::size_t kChildLength = 4;
 
 /// What a page has to be, for the check and the error text.

@@ -27,6 +27,8 @@ IndexImage IndexTree::Load(PageNumber page) {
 }
 
 void IndexTree::Store(PageNumber page, const IndexImage& image) {
+    // Keys of 510 bytes always fit when a page is split; a foreign program may have left longer ones.
+    if (!image.Fits(shape_)) ThrowDamaged(page, "its entries are too long");
     image.Write(file_.Change(page), shape_, owner_);
 }
 

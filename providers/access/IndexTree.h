@@ -45,7 +45,9 @@ private:
 
     IndexPlace Place(PageNumber page) const { return {&file_.StoredPath(), owner_, page}; }
     IndexPage Open(std::span<const std::uint8_t> bytes, PageNumber page) const { return {bytes, shape_, Place(page)}; }
-    IndexPage Open(const PagePin& pin, PageNumber page) const { return Open(std::span(pin.get(), shape_.pageSize), page); }
+    IndexPage Open(const PagePin& pin, PageNumber page) const {
+        return Open(std::span(pin.get(), shape_.pageSize), page);
+    }
     IndexImage Load(PageNumber page);
     void Store(PageNumber page, const IndexImage& image);
     [[noreturn]] void ThrowDamaged(PageNumber page, const std::string& what) const;

@@ -23,8 +23,6 @@
 namespace varnel::access {
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
-
 constexpr std::size_t kGroup = 8;
 constexpr std::size_t kNumericLength = 17, kGuidLength = 16, kExtendedDateLength = 42;
 constexpr std::uint8_t kMoreFollow = 9, kNegativeNumeric = 0x80;
@@ -208,12 +206,16 @@ void AppendStoredKey(std::string& key, std::span<const std::uint8_t> stored, con
     }
 }
 
+void AppendBooleanKey(std::string& key, bool value, bool ascending) {
+    Part(key, ascending).Add(value ? 0x00 : 0xFF);
+}
+
 void AppendKey(std::string& key, const Value& value, const Column& column, bool ascending) {
     if (value.IsNull() && column.type != ColumnType::Boolean) return AppendNullKey(key, ascending);
     const auto append = [&](Bytes stored) { AppendStoredKey(key, stored, column, ascending); };
     switch (column.type) {
         case ColumnType::Boolean:
-            return Part(key, ascending).Add(!value.IsNull() && value.AsBoolean() ? 0x00 : 0xFF);
+            return AppendBooleanKey(key, !value.IsNull() && value.AsBoolean(), ascending);
         case ColumnType::Byte:
             return append(BytesOf(static_cast<std::uint8_t>(value.AsInteger())));
         case ColumnType::Integer:
