@@ -3,6 +3,7 @@
 #include <bit>
 #include <cmath>
 
+#include "platform/Utf8.h"
 #include "providers/access/ExtendedDate.h"
 #include "providers/access/UnicodeText.h"
 
@@ -12,6 +13,7 @@ namespace {
 constexpr std::uint8_t kCalculatedFlags = 0xC0;
 constexpr std::size_t kEnvelopeLengthAt = 16, kEnvelopeSize = 20;  // what stands before a calculated value
 constexpr std::uint8_t kNegativeSign = 0x80;
+constexpr int kWesternPage = 1252;
 
 /// Bytes of a type that always has the same number; 0 for the others.
 std::uint16_t SizeOf(ColumnType type) {
@@ -198,10 +200,15 @@ Fault CellDecoder::DecodeCalculated(const CellPlan& plan, Bytes cell, Value& val
 
 Fault CellDecoder::AppendText(Bytes stored, std::string& out) const {
     if (codePage_ == nullptr) return AppendUnicodeText(stored, out);
-    const std::string_view text(reinterpret_cast<const char*>(stored.data()), stored.size());
-    if (codePage_->DecodeSome(out, text) != text.size())
-        return "its text has a byte without meaning in the file's code page";
-    return nullptr;
+    std::string_view text(reinterpret_cast<const char*>(stored.data()), stored.size());
+    for (;;) {
+        text.remove_prefix(codePage_->DecodeSome(out, text));
+        if (text.empty()) return nullptr;
+        if (codePage_->Number() != kWesternPage) return "its text has a byte without meaning in the file's code page";
+        // The five bytes of this page that are no characters are read as the control characters of their numbers.
+        AppendCodePoint(out, static_cast<unsigned char>(text[0]));
+        text.remove_prefix(1);
+    }
 }
 
 }  // namespace varnel::access

@@ -194,7 +194,7 @@ TEST(IndexTree, DamagedPagesAreRefusedOrRead) {
     for (std::uint32_t k = 0; k < 200; ++k) bench.Insert(entry(2 * k));
     ASSERT_GT(bench.pages.PageCount(), 4U);
     for (PageNumber page = 1; page < 4; ++page) {
-        for (std::size_t at = 0; at < 0x1F8; ++at) {
+        for (std::size_t at = 0; at < 0x1F8; at += at < 0x60 || at > 0x1D8 ? 1 : 13) {
             const std::uint8_t kept = bench.pages.At(page)[at];
             for (const unsigned value : {0U, 0xFFU, kept ^ 0x10U}) {
                 bench.pages.At(page)[at] = static_cast<std::uint8_t>(value);

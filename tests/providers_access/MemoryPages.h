@@ -20,16 +20,6 @@ public:
         for (PageNumber k = 0; k < pages; ++k) Append();
     }
 
-    /// The pages of a file.
-    MemoryPages(const Layout& layout, std::span<const std::uint8_t> file, std::string name)
-        : layout_(layout), path_(std::move(name)) {
-        for (std::size_t at = 0; at + layout.pageSize <= file.size(); at += layout.pageSize) {
-            const auto page = file.subspan(at, layout.pageSize);
-            pages_.emplace_back(page.begin(), page.end());
-            taken.Add(PageCount() - 1);
-        }
-    }
-
     const Layout& Shape() const override { return layout_; }
     const std::string& StoredPath() const override { return path_; }
     std::unique_ptr<Hold> HoldForReading() override { return std::make_unique<Hold>(); }
@@ -41,8 +31,7 @@ public:
         std::memcpy(copy.get(), At(page).data(), layout_.pageSize);
         return copy;
     }
-    /// Only for tests that change nothing meanwhile.
-    std::unique_ptr<Snapshot> Freeze(PageSet) override { return std::make_unique<Unfrozen>(*this); }
+    std::unique_ptr<Snapshot> Freeze(PageSet) override { return nullptr; }
 
     std::span<std::uint8_t> Change(PageNumber page) override {
         assert(inStep_);
@@ -86,12 +75,6 @@ public:
     PageSet taken;
 
 private:
-    struct Unfrozen : Snapshot {
-        explicit Unfrozen(MemoryPages& from) : pages(from) {}
-        PagePin Read(PageNumber page) override { return pages.Read(page); }
-        MemoryPages& pages;
-    };
-
     Layout layout_;
     std::string path_ = "memory.mdb";
     std::vector<std::vector<std::uint8_t>> pages_;

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 
 #include "platform/Error.h"
@@ -12,7 +10,8 @@
 #include "providers/access/TableScan.h"
 #include "providers/access/UsageMapReader.h"
 #include "providers/access/VerifyIndexTree.h"
-#include "tests/providers_access/MemoryPages.h"
+#include "tests/providers_access/MemoryPageFile.h"
+#include "tests/providers_access/SampleFiles.h"
 
 using namespace varnel;
 using namespace varnel::access;
@@ -27,7 +26,7 @@ struct Outcome {
 
 class SampleIndexes {
 public:
-    explicit SampleIndexes(std::shared_ptr<MemoryPages> file) : file_(std::move(file)), schema_(file_, 2, 1252) {}
+    explicit SampleIndexes(std::shared_ptr<PageFile> file) : file_(std::move(file)), schema_(file_, 2, 1252) {}
 
     Outcome Compare() {
         for (const CatalogEntry& entry : schema_.Objects().Entries()) {
@@ -93,7 +92,7 @@ private:
                                 std::to_string(stored.size()) + " entries\n";
     }
 
-    std::shared_ptr<MemoryPages> file_;
+    std::shared_ptr<PageFile> file_;
     Schema schema_;
     std::shared_ptr<const TableDefinition> table_;
     Outcome outcome_;
@@ -108,12 +107,11 @@ struct SampleCase {
 class NativeIndexes : public testing::TestWithParam<SampleCase> {};
 
 TEST_P(NativeIndexes, HoldTheKeysThatWeBuild) {
-    const std::string path = std::string("../../shared/testdata/access/") + GetParam().file;
-    if (!std::filesystem::exists(path)) GTEST_SKIP() << "no sample file " << path;
-    std::ifstream stream(path, std::ios::binary);
-    const std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-    const Layout& layout = bytes.at(0x14) == 0 ? kJet3Layout : bytes.at(0x14) == 1 ? kJet4Layout : kAceLayout;
-    const Outcome outcome = SampleIndexes(std::make_shared<MemoryPages>(layout, bytes, GetParam().file)).Compare();
+    const auto path = SamplePath(GetParam().file);
+    if (!path) GTEST_SKIP() << "no sample file " << GetParam().file;
+    const auto bytes = BytesOfFile(*path);
+    const Outcome outcome =
+        SampleIndexes(std::make_shared<MemoryPageFile>(bytes, LayoutOf(bytes), GetParam().file)).Compare();
     EXPECT_EQ(outcome.differences, GetParam().differences);
     EXPECT_EQ(outcome.indexes, GetParam().indexes);
     EXPECT_EQ(outcome.entries, GetParam().entries);
