@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <random>
 
 #include "platform/Clock.h"
+#include "platform/DiskFile.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/StoredPath.h"
@@ -46,6 +48,18 @@ void MaskHeader(std::span<std::uint8_t> bytes) {
         byte ^= state[(state[i] + state[j]) & 0xFF];
     }
 }
+
+/// Removes the file when it still has this name.
+class UnfinishedFile {
+public:
+    explicit UnfinishedFile(std::string localPath) : local_(std::move(localPath)) {}
+    ~UnfinishedFile() { std::remove(local_.c_str()); }
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+
+private:
+    std::string local_;
+};
 
 class BlankFile {
 public:
@@ -233,10 +247,14 @@ void CreateBlankDatabase(std::string_view storedPath) {
     const std::string path(storedPath);
     if (FileExists(path)) throw Error(ErrorKind::Io, path, FileErrorText(EEXIST, path));
     const std::string unfinished = path + "-" + std::to_string(std::random_device{}()) + "-new";
-    OutputFile file(unfinished, OutputFile::Mode::Truncate);
-    file.Write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    const std::string local = LocalPath(unfinished);
+    DiskFile file(local, path, DiskFile::Mode::New);
+    const UnfinishedFile guard(local);
+    file.WriteAt(0, bytes);
+    file.Sync();
     file.Close();
     RenameFile(unfinished, path);
+    SyncFolder(FolderPart(local), path);
 }
 
 }  // namespace varnel::access
