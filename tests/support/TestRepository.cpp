@@ -90,8 +90,9 @@ void AddColumnRow(const std::string& connection, int session, int tabId, const T
 
 }  // namespace
 
-TestRepository::TestRepository(std::string folder)
-    : connection_("Provider=SQLite;Data Source=" + folder + "/vrrepo.mdb;Mode=ReadWriteCreate") {
+TestRepository::TestRepository(const std::string& folder, Form form)
+    : connection_(form == Form::Access ? AccessConnection(folder + "/vrrepo.mdb")
+                                       : SqliteConnection(folder + "/vrrepo.mdb")) {
     for (const char* statement : kTables) Execute(statement);
 }
 

@@ -49,8 +49,9 @@ struct TestSession {
 
 class TestRepository {
 public:
+    enum class Form { Sqlite, Access };
     /// Makes folder/vrrepo.mdb. Needs SetProviders to have been called.
-    explicit TestRepository(std::string folder);
+    explicit TestRepository(const std::string& folder, Form form = Form::Sqlite);
 
     /// Stores a session; its tables are numbered from 1, the template of a polled folder 0.
     void Add(const TestSession& session);
