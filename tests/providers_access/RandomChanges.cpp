@@ -9,6 +9,7 @@
 #include "platform/Error.h"
 #include "providers/access/ColumnDescription.h"
 #include "providers/access/IndexKey.h"
+#include "providers/access/Verify.h"
 #include "providers/access/VerifyIndexTree.h"
 
 namespace varnel::access {
@@ -34,25 +35,12 @@ std::string ShownRow(const std::vector<Value>& row) {
 
 }  // namespace
 
-RandomChanges::RandomChanges(std::string path, std::string table, unsigned seed)
-    : path_(std::move(path)), name_(std::move(table)), random_(seed) {
-    Open();
+RandomChanges::RandomChanges(std::shared_ptr<PageFile> file, AccessDatabase& database, std::string table, unsigned seed)
+    : file_(std::move(file)), name_(std::move(table)), random_(seed), table_(database.OpenTable(name_)) {
+    definition_ = Schema(file_, 2, 1252).DefinitionOf(name_);
     const auto rows = table_->Rows(AllColumns(*table_));
     Row row(table_->Columns().size());
     while (rows->Next(row)) model_[rows->Current()] = row;
-}
-
-void RandomChanges::Open() {
-    table_.reset();
-    database_ = std::make_unique<AccessDatabase>(path_, AccessOptions());
-    table_ = database_->OpenTable(name_);
-    Schema schema(OpenPageFile(path_, true), 2, 1252);
-    definition_ = schema.DefinitionOf(name_);
-}
-
-void RandomChanges::Reopen() {
-    table_->Commit();
-    Open();
 }
 
 std::string RandomChanges::RandomText(std::size_t length) {
@@ -203,19 +191,16 @@ void RandomChanges::Check() {
     EXPECT_EQ(count, model_.size());
     EXPECT_EQ(table_->CountRows(), static_cast<std::int64_t>(model_.size()));
     table_->Commit();
-    table_.reset();
-    const auto file = OpenPageFile(path_, true);
-    const auto hold = file->HoldForReading();
-    Schema schema(file, 2, 1252);
-    CheckIndexes(*schema.DefinitionOf(name_));
-    Open();
+    CheckIndexes();
+    for (const std::string& finding : VerifyDatabase(*file_).findings) ADD_FAILURE() << finding;
 }
 
-void RandomChanges::CheckIndexes(const TableDefinition& definition) {
+void RandomChanges::CheckIndexes() {
+    const auto hold = file_->HoldForReading();
+    Schema schema(file_, 2, 1252);
+    const TableDefinition& definition = *schema.DefinitionOf(name_);
     EXPECT_EQ(definition.rowCount, model_.size());
     const std::vector<std::size_t> order = ColumnOrder(definition);
-    const auto file = OpenPageFile(path_, true);
-    const auto hold = file->HoldForReading();
     for (const RealIndex& index : definition.realIndexes) {
         std::set<std::string> expected, found;
         for (const auto& [id, shown] : model_) {
@@ -227,7 +212,7 @@ void RandomChanges::CheckIndexes(const TableDefinition& definition) {
             expected.insert(entry);
         }
         VerifyIndexTree(
-            *file, definition.Id(), index.root,
+            *file_, definition.Id(), index.root,
             [&](PageNumber page, const std::string& what) {
                 ADD_FAILURE() << name_ << "." << index.name << ", page " << page << ": " << what;
             },

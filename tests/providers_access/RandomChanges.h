@@ -13,22 +13,19 @@ namespace varnel::access {
 
 class RandomChanges {
 public:
-    /// The table's rows as they are now are the model's first state.
-    RandomChanges(std::string path, std::string table, unsigned seed);
+    /// database: over file. The table's rows as they are now are the model's first state.
+    RandomChanges(std::shared_ptr<PageFile> file, AccessDatabase& database, std::string table, unsigned seed);
 
     /// Inserts, updates and deletes, so that the table keeps about so many rows.
     void Change(int count, std::size_t aboutRows);
-    /// Fails the test when the rows, or an index, are not as the model has them.
+    /// Commits, and fails the test when the rows or an index are not as the model has them, or the file is damaged.
     void Check();
-    /// Commits and opens the file anew.
-    void Reopen();
     void DeleteAll();
 
     int Refused() const { return refused_; }
 
 private:
     using Row = std::vector<Value>;
-    void Open();
     void Insert();
     void Update();
     void Delete();
@@ -38,13 +35,13 @@ private:
     std::size_t Below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_); }
     RowId NewRow() const;
     std::map<RowId, Row>::iterator Pick();
-    void CheckIndexes(const TableDefinition& definition);
+    void CheckIndexes();
 
-    std::string path_, name_;
+    std::shared_ptr<PageFile> file_;
+    std::string name_;
     std::mt19937 random_;
-    std::unique_ptr<AccessDatabase> database_;
     std::unique_ptr<TableFile> table_;
-    std::shared_ptr<const TableDefinition> definition_;
+    std::shared_ptr<const TableDefinition> definition_;  ///< as it was at first
     std::map<RowId, Row> model_;
     int refused_ = 0;
 };
