@@ -137,4 +137,8 @@ std::string SqliteConnection(const std::string& path) {
     return "Provider=SQLite;Data Source=" + path + ";Mode=ReadWriteCreate";
 }
 
+std::string AccessConnection(const std::string& path) {
+    return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path + ";Mode=ReadWriteCreate";
+}
+
 }  // namespace varnel

@@ -70,5 +70,7 @@ std::string AskRows(const std::string& connection, const std::string& query);
 void ExecuteOn(const std::string& connection, const std::string& statement);
 /// "Provider=SQLite;Data Source=path;Mode=ReadWriteCreate"
 std::string SqliteConnection(const std::string& path);
+/// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=path;Mode=ReadWriteCreate"
+std::string AccessConnection(const std::string& path);
 
 }  // namespace varnel
