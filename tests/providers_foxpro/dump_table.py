@@ -18,9 +18,9 @@ def plain(value, kind):
         return "T" if value else "F"
     if isinstance(value, datetime.datetime):
         value = (value + datetime.timedelta(microseconds=500000)).replace(microsecond=0)
-        return value.strftime("%Y-%m-%d %H:%M:%S").replace(" 00:00:00", "")
+        return value.isoformat(" ").replace(" 00:00:00", "")
     if isinstance(value, datetime.date):
-        return value.strftime("%Y-%m-%d")
+        return value.isoformat()
     if isinstance(value, (int, float, decimal.Decimal)):
         return number(value)
     if isinstance(value, bytes):
@@ -44,7 +44,8 @@ def rows_of_dbf(path):
     for record in table:
         if dbf.is_deleted(record):
             continue
-        yield ["" if v is dbf.Null else plain(v if v else None if isinstance(v, (dbf.NullDate, type(None))) else v, "") for v in record]
+        known = (bool, int, float, decimal.Decimal, datetime.date, bytes, str)
+        yield [plain(v, "") if isinstance(v, known) else "" for v in record]
 
 
 def rows_of_ogr2ogr(path):
