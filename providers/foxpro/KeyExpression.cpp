@@ -1,7 +1,7 @@
 #include "providers/foxpro/KeyExpression.h"
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <charconv>
 #include <utility>
 
@@ -25,14 +25,10 @@ std::string UpperAscii(std::string_view text) {
     return upper;
 }
 
-[[noreturn]] void Unsupported(const std::string& what) {
-    throw Error(ErrorKind::NotSupported, "", what);
-}
-
 class Parser {
 public:
-    Parser(std::string_view text, const DbfHeader& header, const FindKeyField& findField)
-        : text_(text), header_(header), findField_(findField) {}
+    Parser(std::string_view text, const DbfHeader& header, const FindKeyField& findField, std::string_view whose)
+        : text_(text), header_(header), findField_(findField), whose_(whose) {}
 
     KeyTermPtr Whole() {
         KeyTermPtr term = Or();
@@ -41,6 +37,11 @@ public:
     }
 
 private:
+    [[noreturn]] void Unsupported(const std::string& what) const {
+        throw Error(ErrorKind::NotSupported, "",
+                    std::string(whose_) + "in '" + std::string(text_) + "' " + what + ".");
+    }
+
     std::size_t SkipBlanks() {
         while (at_ < text_.size() && text_[at_] == ' ') ++at_;
         return at_;
@@ -64,7 +65,7 @@ private:
         return at_ = end, true;
     }
 
-    static KeyTermPtr Sound(KeyTermPtr term, const char* what) {
+    KeyTermPtr Sound(KeyTermPtr term, const char* what) const {
         if (!term) Unsupported(std::string(what) + " has operands of the wrong type");
         return term;
     }
@@ -178,6 +179,7 @@ private:
     std::string_view text_;
     const DbfHeader& header_;
     const FindKeyField& findField_;
+    std::string_view whose_;
     std::size_t at_ = 0;
     int nested_ = 0;
 };
@@ -219,8 +221,9 @@ std::uint64_t OrderedBits(double number) {
 
 }  // namespace
 
-KeyTermPtr ParseKeyExpression(std::string_view text, const DbfHeader& header, const FindKeyField& findField) {
-    return Parser(text, header, findField).Whole();
+KeyTermPtr ParseKeyExpression(std::string_view text, const DbfHeader& header, const FindKeyField& findField,
+                              std::string_view whose) {
+    return Parser(text, header, findField, whose).Whole();
 }
 
 void AppendKeyBytes(const KeyValue& value, KeySort sort, bool nullable, KeyShape shape,
@@ -246,24 +249,17 @@ void AppendKeyBytes(const KeyValue& value, KeySort sort, bool nullable, KeyShape
 
 TagKeys::TagKeys(const CdxTag& tag, const DbfHeader& header, const FindKeyField& findField)
     : shape_{tag.keyLength, 0}, options_(tag.options) {
+    const std::string whose = "Index tag " + tag.name + ": ";
     const auto refuse = [&](const std::string& reason) {
-        throw Error(ErrorKind::NotSupported, tag.name, "Index tag " + tag.name + ": " + reason + ".");
+        throw Error(ErrorKind::NotSupported, tag.name, whose + reason + ".");
     };
     if (const std::string odd = WhyOdd(tag); !odd.empty()) refuse(odd);
-    const auto parse = [&](const std::string& text) {
-        try {
-            return ParseKeyExpression(text, header, findField);
-        } catch (const Error& error) {
-            refuse(std::string("in '") + text + "' " + error.what());
-        }
-        return KeyTermPtr();
-    };
-    key_ = parse(tag.keyText);
+    key_ = ParseKeyExpression(tag.keyText, header, findField, whose);
     if (key_->IsText()) shape_.pad = ' ';
     const std::size_t fixed = FixedKeyBytes(key_->Sort()), prefix = tag.Has(kNullableTag) ? 1 : 0;
     if (fixed != 0 && fixed + prefix != tag.keyLength) refuse("its keys have an unexpected length");
     if (!tag.Has(kFilteredTag)) return;
-    filter_ = parse(tag.filterText);
+    filter_ = ParseKeyExpression(tag.filterText, header, findField, whose);
     if (filter_->Sort() != KeySort::Logical) refuse("its FOR expression is no condition");
 }
 

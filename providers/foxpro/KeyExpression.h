@@ -20,8 +20,10 @@ namespace varnel::foxpro {
 /// The field that an expression calls name; null when there is none.
 using FindKeyField = std::function<const DbfField*(std::string_view name)>;
 
-/// Throws Error{NotSupported} with the reason in words for what is beyond the grammar above.
-KeyTermPtr ParseKeyExpression(std::string_view text, const DbfHeader& header, const FindKeyField& findField);
+/// Throws Error{NotSupported} for what is beyond the grammar above, with the reason in words behind whose ("Index tag
+/// NAME: ") and the text.
+KeyTermPtr ParseKeyExpression(std::string_view text, const DbfHeader& header, const FindKeyField& findField,
+                              std::string_view whose);
 
 /// What one tag stores of a record.
 class TagKeys {
