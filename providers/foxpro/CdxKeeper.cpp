@@ -20,6 +20,18 @@ CdxKeeper::CdxKeeper(DbfFile& table, const std::string& indexPath)
     CompareWithRecords();
 }
 
+void CdxKeeper::Resumed() {
+    file_.Forget();
+    if (known_ == Now()) return;
+    known_.reset();
+    OpenTags();
+    CompareWithRecords();
+}
+
+CdxKeeper::Known CdxKeeper::Now() {
+    return {file_.UpdateCounter(), file_.Pages(), table_.Records()};
+}
+
 void CdxKeeper::OpenTags() {
     tags_.clear();
     for (std::size_t k = 0; k < file_.Tags().size(); ++k) {
@@ -106,6 +118,7 @@ void CdxKeeper::Emptied() {
 
 void CdxKeeper::Commit() {
     mustRebuild_ ? Rebuild(true) : file_.Flush();
+    known_ = Now();
 }
 
 void CdxKeeper::Rebuild(bool withRecords) {
@@ -121,13 +134,11 @@ void CdxKeeper::Rebuild(bool withRecords) {
                  });
              });
     file_.Forget();
-    OpenTags();
     mustRebuild_ = false;
 }
 
+/// What is in memory is dropped when the keeper resumes; what is known of the last commit point still holds.
 void CdxKeeper::RolledBack() {
-    file_.Forget();
-    OpenTags();
     mustRebuild_ = false;
 }
 

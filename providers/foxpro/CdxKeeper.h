@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -20,6 +21,7 @@ public:
     /// and reason when one cannot be kept.
     CdxKeeper(DbfFile& table, const std::string& indexPath);
 
+    void Resumed() override;
     void BeforeAppend(RecordNumber number, std::span<const std::uint8_t> record) override;
     void BeforeUpdate(RecordNumber number, std::span<const std::uint8_t> before,
                       std::span<const std::uint8_t> after) override;
@@ -55,6 +57,14 @@ private:
     CdxFile file_;
     std::vector<Tag> tags_;
     std::vector<std::uint8_t> deletedRecord_;
+    /// What the index and the table were like when they last were known to match.
+    struct Known {
+        std::uint32_t updateCounter = 0, pages = 0;
+        RecordNumber records = 0;
+        bool operator==(const Known&) const = default;
+    };
+    Known Now();
+    std::optional<Known> known_;
     bool mustRebuild_ = false;  // the trees in memory are no basis for the next commit point
 };
 

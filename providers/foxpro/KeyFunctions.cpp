@@ -1,11 +1,10 @@
 // The functions that key expressions may call.
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <functional>
 #include <utility>
-
-#include <fmt/format.h>
 
 #include "platform/CodePage.h"
 #include "platform/DateTime.h"
@@ -113,15 +112,25 @@ Body Pad(bool left) {
     };
 }
 
+/// Digits of number, half away from zero, with so many decimals.
+std::string FixedDigits(double number, std::size_t decimals) {
+    const double scale = std::pow(10.0, static_cast<double>(decimals));
+    const double rounded = std::round(number * scale) / scale;
+    std::array<char, 400> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), rounded == 0 ? 0.0 : rounded,
+                                   std::chars_format::fixed, static_cast<int>(decimals)).ptr;
+    return {digits.data(), end};
+}
+
 /// STR(number [, width 10 [, decimals 0]]): right-aligned, fewer decimals and then stars when it is too wide.
 void WriteNumber(const KeyRecord&, std::vector<KeyValue>& values, KeyValue& result) {
     const std::size_t width = std::min<std::size_t>(values.size() > 1 ? CountOf(values[1]) : 10, 64);
     const std::size_t asked = std::min<std::size_t>(values.size() > 2 ? CountOf(values[2]) : 0, 18);
     for (std::size_t decimals = asked + 1; decimals-- > 0;) {
-        const double scale = std::pow(10.0, static_cast<double>(decimals));
-        const double rounded = std::round(values[0].number * scale) / scale;  // halves away from zero
-        result.text = fmt::format("{:>{}.{}f}", rounded == 0 ? 0.0 : rounded, width, decimals);
-        if (result.text.size() <= width) return;
+        result.text = FixedDigits(values[0].number, decimals);
+        if (result.text.size() > width) continue;
+        result.text.insert(0, width - result.text.size(), ' ');
+        return;
     }
     result.text.assign(width, '*');
 }
@@ -134,7 +143,8 @@ CivilTime CivilOf(double julianDay) {
 void WriteDate(const KeyRecord&, std::vector<KeyValue>& values, KeyValue& result) {
     if (values[0].number < 1) return result.text.assign(8, ' '), void();
     const CivilTime civil = CivilOf(values[0].number);
-    result.text = fmt::format("{:04}{:02}{:02}", civil.year, civil.month, civil.day);
+    result.text = std::to_string(civil.year * 10'000 + civil.month * 100 + civil.day);
+    result.text.insert(0, 8 - std::min<std::size_t>(8, result.text.size()), '0');
 }
 
 Body DatePart(int CivilTime::*part) {

@@ -88,7 +88,7 @@ public:
         : file_(std::move(file)), hold_(file_->files_->HoldForWriting()) {
         file_->Refresh();
         file_->CheckWritable();
-        if (file_->writers_ == 0) file_->keeper_ = OpenIndexKeeper(*file_);
+        if (file_->writers_ == 0) file_->OpenKeeper();
         ++file_->writers_;
     }
     ~WriteHold() override {
@@ -169,7 +169,12 @@ void LiveDbfFile::EndWriting() {
         generation_.reset();
         if (keeper_) keeper_->RolledBack();
     }
-    keeper_.reset();
+}
+
+/// The keeper stays between write holds: comparing the index with all records once is enough.
+void LiveDbfFile::OpenKeeper() {
+    if (keeper_) return keeper_->Resumed();
+    keeper_ = OpenIndexKeeper(*this);
 }
 
 }  // namespace varnel::foxpro

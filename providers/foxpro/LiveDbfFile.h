@@ -49,6 +49,7 @@ private:
     void Load();
     void LookForDamage(std::uint64_t fileBytes);
     void EndWriting();
+    void OpenKeeper();
 
     // LiveDbfWriting.cpp
     void CheckWritable();
