@@ -45,6 +45,19 @@ public:
     /// is rolled back.
     virtual std::unique_ptr<Hold> HoldForWriting() = 0;
 
+    /// Removes the file with its memo and index, whatever its dialect; a commit point. Nobody may use the object after.
+    virtual void Drop() = 0;
+
+    /// Told before records that existed are changed, or all rows and memos go.
+    class Watcher {
+    public:
+        virtual ~Watcher() = default;
+        /// memosGo: the memo file's content is about to be dropped as well. Throws to refuse the change.
+        virtual void BeforeChange(bool memosGo) = 0;
+    };
+    virtual void AddWatcher(Watcher& watcher) = 0;
+    virtual void RemoveWatcher(Watcher& watcher) noexcept = 0;
+
     // Everything below needs a hold.
 
     /// As it is now, pending changes included. The reference stays; its content may change with a hold or a change.
@@ -55,6 +68,10 @@ public:
     virtual void ReadRecords(RecordNumber first, std::size_t count, std::span<std::uint8_t> into) = 0;
     /// Null when there is no memo file. Valid as long as this object.
     virtual const MemoReader* Memo() = 0;
+    /// The memo file's bytes; null when there is none.
+    virtual const ByteFile* MemoBytes() = 0;
+    /// "" or, in words, why the file has other records than its head says. Records that are not whole are not counted.
+    virtual const std::string& Damage() = 0;
 
     // These need a write hold.
 

@@ -97,5 +97,7 @@ DbfHeader ReadDbfHeader(const ByteView& bytes, std::uint64_t fileBytes, const st
 
 /// The Windows number of a code page mark; 0 when none is stated or the mark is unknown.
 int CodePageOfMark(std::uint8_t mark);
+/// The mark that Visual FoxPro writes for a code page; 0 when it has none.
+std::uint8_t MarkOfCodePage(int codePage);
 
 }  // namespace varnel::foxpro

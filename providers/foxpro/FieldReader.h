@@ -7,9 +7,10 @@
 #include <string>
 #include <string_view>
 
-#include "ado/types/Provider.h"
+#include "ado/types/Value.h"
 #include "platform/CodePage.h"
 #include "providers/foxpro/DbfHeader.h"
+#include "providers/foxpro/FieldKind.h"
 #include "providers/foxpro/MemoReader.h"
 
 namespace varnel::foxpro {
@@ -20,6 +21,7 @@ enum class CellFault : std::uint8_t {
     NotANumber,
     NotADate,
     NotALogical,
+    Damaged,  ///< a stored length that cannot be
     NotText,  ///< bytes without meaning in the code page
     NoMemoFile,
     BadMemo,  ///< a reference that leads to no memo
@@ -28,9 +30,6 @@ enum class CellFault : std::uint8_t {
 
 /// "Overflow", "Not a number" ...: how the text of such a failure begins.
 std::string_view FaultWords(CellFault fault);
-
-/// The column as ADO describes it. name: as it is to be called.
-ColumnInfo ColumnOfField(const DbfField& field, DbfDialect dialect, std::string name);
 
 /// Reads fields of one table's records. Used by one thread.
 class FieldReader {
@@ -41,9 +40,10 @@ public:
     /// record: recordBytes long. Sets value to what the field holds, as the provider gave it: texts with their
     /// trailing blanks, blank numbers 0, empty dates Null. Returns the reason when it cannot be read; value is then
     /// Null.
-    CellFault Read(const DbfField& field, std::span<const std::uint8_t> record, Value& value);
+    CellFault Read(const DbfField& field, std::span<const std::uint8_t> record, Value& value) const;
 
 private:
+    CellFault ReadStored(const DbfField& field, std::span<const std::uint8_t> record, Value& value) const;
     bool BitIsSet(int bit, std::span<const std::uint8_t> record) const;
     CellFault ReadText(std::string_view bytes, bool binary, Value& value) const;
     CellFault ReadVarying(const DbfField& field, std::span<const std::uint8_t> record, Value& value) const;

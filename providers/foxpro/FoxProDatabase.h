@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,8 @@
 #include "providers/tablefile/TableFile.h"
 
 namespace varnel::foxpro {
+
+class DbfFile;
 
 struct DatabaseOptions {
     bool showDeleted = false;        ///< Deleted=NO: rows marked as deleted are rows
@@ -37,6 +40,8 @@ public:
 private:
     /// The stored path of the .dbf that a name means; the file need not exist.
     std::string PathOf(std::string_view name) const;
+    std::optional<ContainerTable> InContainer(std::string_view name);
+    static std::optional<ContainerTable> ByBackLink(DbfFile& file);
 
     std::string folder_;
     std::unique_ptr<Container> container_;

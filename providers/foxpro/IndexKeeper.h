@@ -17,6 +17,9 @@ class DbfFile;
 class IndexKeeper {
 public:
     virtual ~IndexKeeper() = default;
+    /// The first write hold after a time without one: table and index may have been changed by others. Throws as
+    /// OpenIndexKeeper does.
+    virtual void Resumed() = 0;
     virtual void BeforeAppend(RecordNumber number, std::span<const std::uint8_t> record) = 0;
     virtual void BeforeUpdate(RecordNumber number, std::span<const std::uint8_t> before,
                               std::span<const std::uint8_t> after) = 0;
@@ -30,7 +33,7 @@ public:
     virtual void RolledBack() = 0;
 };
 
-/// The keeper of a table about to be written, under a write hold; null when there is no index to keep.
+/// The keeper of a table about to be written for the first time, under a write hold; null when there is no index to keep.
 /// Throws Error when the table may not be written because its index cannot be kept.
 /// table: outlives the keeper.
 std::unique_ptr<IndexKeeper> OpenIndexKeeper(DbfFile& table);
