@@ -80,19 +80,16 @@ private:
         tokens_.Enter("DROP TABLE statement");
         tokens_.NeedWord("table");
         DropTableStatement drop{Table()};
-        if (tokens_.TakeWord("recycle")) return drop;
-        TakeLastWord(drop.table, "recycle");
+        if (!tokens_.TakeWord("recycle")) CutLastWord(drop.table, "recycle");
         return drop;
     }
 
-    /// Cuts a word off the end of a bare name.
-    static bool TakeLastWord(std::string& name, std::string_view word) {
-        const std::string_view trimmed = Trimmed(name);
-        if (trimmed.size() <= word.size()) return false;
-        const std::size_t at = trimmed.size() - word.size();
-        if (trimmed[at - 1] != ' ' || !EqualNoCase(trimmed.substr(at), word)) return false;
-        name = std::string(Trimmed(trimmed.substr(0, at)));
-        return true;
+    /// Takes a word off the end of a bare name, where it stands for a clause.
+    static void CutLastWord(std::string& name, std::string_view word) {
+        if (name.size() <= word.size() + 1) return;
+        const std::size_t at = name.size() - word.size();
+        if (name[at - 1] == ' ' && EqualNoCase(std::string_view(name).substr(at), word))
+            name = std::string(Trimmed(std::string_view(name).substr(0, at)));
     }
 
     CreateTableStatement CreateTable() override {
@@ -100,7 +97,6 @@ private:
         tokens_.Enter("CREATE TABLE statement");
         if (!tokens_.TakeWord("dbf")) tokens_.NeedWord("table");
         create.table = Table();
-        create.free = tokens_.TakeWord("free") || TakeLastWord(create.table, "free");
         if (!tokens_.AtSymbol("(")) Refuse(tokens_.Now().text);
         tokens_.NeedSymbol("(");
         do {
@@ -136,16 +132,11 @@ private:
 
     bool ColumnOption(ColumnDefinition& column) {
         if (tokens_.TakeWord("null")) return true;
-        if (tokens_.TakeWord("unique")) return column.unique = true;
         if (tokens_.TakeWord("autoinc")) return AutoIncrement(column), true;
         if (tokens_.TakeWord("nocptrans")) return column.typeWord += " NOCPTRANS", true;
-        if (tokens_.TakeWord("not")) {
-            tokens_.NeedWord("null");
-            return column.notNull = true;
-        }
-        if (!tokens_.TakeWord("primary")) return false;
-        tokens_.NeedWord("key");
-        return column.primaryKey = true;
+        if (!tokens_.TakeWord("not")) return false;
+        tokens_.NeedWord("null");
+        return column.notNull = true;
     }
 
     /// AUTOINC [NEXTVALUE n [STEP s]]

@@ -126,7 +126,6 @@ struct CreateTableStatement {
     std::vector<ColumnDefinition> columns;
     std::vector<std::string> primaryKey;           ///< of a PRIMARY KEY (a, b) clause
     std::vector<std::vector<std::string>> unique;  ///< of UNIQUE (a, b) clauses
-    bool free = false;                             ///< no table of a database container
 };
 
 struct DropTableStatement {

@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 #include "platform/StoredPath.h"
 #include "providers/sql/DataSource.h"
+#include "providers/sql/FoxProSource.h"
 #include "providers/sql/SqliteFile.h"
 #include "providers/sql/SqliteSession.h"
 #include "providers/sql/TextSource.h"
@@ -18,7 +19,8 @@ namespace {
 Error NotReadYet(const char* what, const std::string& path) {
     return {ErrorKind::NotSupported, path,
             std::string(what) + " '" + path +
-                "' cannot be opened: this version opens SQLite database files and folders of text files only."};
+                "' cannot be opened: this version opens SQLite database files, FoxPro tables and folders of text files "
+                "only."};
 }
 
 /// Throws for everything at the path that is no SQLite file.
@@ -36,7 +38,6 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
     }
     if (source.engine == NamedEngine::Excel)
         throw Error(ErrorKind::NotSupported, path, "Could not find installable ISAM.");
-    if (source.engine == NamedEngine::FoxPro) throw NotReadYet("The FoxPro source", path);
     if (format == FileFormat::Missing) {
         if (source.createWhenMissing) return;
         throw Error(ErrorKind::Io, path, "Could not find file '" + path + "'.");
@@ -58,6 +59,7 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
     if (source.storedPath.empty())
         throw Error(ErrorKind::Syntax, "", "Could not find file '': the connection string names no Data Source.");
     if (source.engine == NamedEngine::Text) return sql::OpenTextSession(source);
+    if (source.engine == NamedEngine::FoxPro) return sql::OpenFoxProSession(source, text);
     const std::string path = LocalPath(source.storedPath);
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {
