@@ -31,8 +31,6 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
             return;
         case FileFormat::Access:
             throw NotReadYet("The Access database", path);
-        case FileFormat::FoxPro:
-            throw NotReadYet("The FoxPro table", path);
         default:
             break;
     }
@@ -48,6 +46,12 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
     throw Error(ErrorKind::Corrupt, path, "Unrecognized database format '" + path + "'.");
 }
 
+/// By its name a FoxPro source, or by the file's bytes, which decide.
+bool IsFoxPro(const DataSource& source, const std::string& path) {
+    const FileFormat format = sql::LookAtFile(path);
+    return source.engine == NamedEngine::FoxPro ? format != FileFormat::Sqlite : format == FileFormat::FoxPro;
+}
+
 }  // namespace
 
 bool SqlProvider::Accepts(const ConnectionString& text) const {
@@ -59,8 +63,8 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
     if (source.storedPath.empty())
         throw Error(ErrorKind::Syntax, "", "Could not find file '': the connection string names no Data Source.");
     if (source.engine == NamedEngine::Text) return sql::OpenTextSession(source);
-    if (source.engine == NamedEngine::FoxPro) return sql::OpenFoxProSession(source, text);
     const std::string path = LocalPath(source.storedPath);
+    if (IsFoxPro(source, path)) return sql::OpenFoxProSession(source, text);
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {
         RequireSqlite(source, sql::LookAtFile(path));
