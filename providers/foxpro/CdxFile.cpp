@@ -125,13 +125,17 @@ CdxNode& CdxFile::Change(CdxPage page, KeyShape shape) {
     return kept.node;
 }
 
+void CdxFile::RequireRoom(std::uint32_t pages) const {
+    if (pages <= kMostPages - pages_) return;
+    throw Error(ErrorKind::Constraint, name_, "'" + name_ + "' would pass 2 GB.");
+}
+
 CdxPage CdxFile::Append(KeyShape shape, bool isLeaf) {
     CdxPage page = 0;
     if (!released_.empty()) {
         page = released_.back();
         released_.pop_back();
     } else {
-        if (pages_ == kMostPages) throw Error(ErrorKind::Constraint, name_, "'" + name_ + "' would pass 2 GB.");
         page = pages_++ * static_cast<std::uint32_t>(kCdxPageBytes);
     }
     kept_.insert_or_assign(page, Kept{CdxNode(shape, isLeaf), true});
