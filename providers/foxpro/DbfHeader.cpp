@@ -241,7 +241,6 @@ private:
         };
         const bool isWritten = IsVisual() || header_.version == 0x03 || header_.version == 0xF5;
         if (!isWritten) refuse("tables of its version are not written here");
-        if ((header_.tableFlags & kIsContainer) != 0 && IsVisual()) refuse("it is a database container");
         if (!addsUp_) refuse("the widths of its fields do not add up to its record");
         if (IsVisual() && !bitsFit_) refuse("its fields need more null flags than it has");
     }

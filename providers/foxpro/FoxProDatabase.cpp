@@ -112,16 +112,25 @@ void FoxProDatabase::CreateTable(std::string_view name, std::span<const ColumnDe
     }
     std::string path = IsWholePath(name) ? std::string(name) : JoinedPath(folder_, name);
     if (!HasExtension(path, ".dbf")) path += ".dbf";
-    WriteNewTable(path, fields, container_ ? container_->BackLink() : "", options_.newTableCodePage);
-    if (container_) container_->AddTable(name, path, names);
+    const std::vector<NewFile> files =
+        NewTableFiles(path, fields, container_ ? container_->BackLink() : "", options_.newTableCodePage);
+    if (container_) {
+        container_->AddTable(name, path, names, files);
+    } else {
+        PlaceNewFiles(files);
+    }
 }
 
 void FoxProDatabase::DropTable(std::string_view name) {
     const std::optional<ContainerTable> table = InContainer(name);
     const std::string path = table ? table->dbfPath : PathOf(name);
     if (!FileExists(path)) ThrowNoTable(name);
-    if (table) container_->RemoveTable(table->name);
-    DbfFile::Open(path)->Drop();
+    if (!table) return DbfFile::Open(path)->Drop();
+    std::vector<std::string> files = {path};
+    for (const std::string_view extension : {"fpt", "cdx"}) {
+        if (auto companion = FindCompanion(path, extension)) files.push_back(std::move(*companion));
+    }
+    container_->RemoveTable(table->name, files);
 }
 
 }  // namespace varnel::foxpro

@@ -1,7 +1,8 @@
 #include "providers/foxpro/NewTable.h"
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
+#include <deque>
 #include <filesystem>
 #include <set>
 #include <system_error>
@@ -158,20 +159,19 @@ private:
 };
 
 /// A file under a temporary name that is removed again unless it was put in its place.
-class NewFile {
+class PlacedFile {
 public:
-    NewFile(std::string path, std::span<const std::uint8_t> bytes)
-        : path_(std::move(path)), temporary_(path_ + ".new") {
+    explicit PlacedFile(const NewFile& made) : path_(made.path), temporary_(path_ + ".new") {
         OutputFile file(temporary_, OutputFile::Mode::Truncate);
-        file.Write({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        file.Write({reinterpret_cast<const char*>(made.bytes.data()), made.bytes.size()});
         file.Close();
     }
-    ~NewFile() {
+    ~PlacedFile() {
         std::error_code ignored;
         if (!isKept_) std::filesystem::remove(LocalPath(isPlaced_ ? path_ : temporary_), ignored);
     }
-    NewFile(const NewFile&) = delete;
-    NewFile& operator=(const NewFile&) = delete;
+    PlacedFile(const PlacedFile&) = delete;
+    PlacedFile& operator=(const PlacedFile&) = delete;
     /// Never overwrites.
     void Place() {
         RenameFile(temporary_, path_);
@@ -186,25 +186,25 @@ private:
 
 }  // namespace
 
-void WriteNewTable(std::string_view storedPath, std::span<const NewField> fields, std::string_view backLink,
-                   int codePage) {
-    const std::string path(storedPath), memoPath = path.substr(0, path.size() - 4) + ".fpt";
-    const bool hasMemo = std::any_of(fields.begin(), fields.end(), NeedsMemo);
-    const NewTableBytes table(path, fields, backLink, codePage);
-    for (const std::string& taken : {path, hasMemo ? memoPath : path}) {
-        if (FileExists(taken)) throw Error(ErrorKind::Constraint, taken, FileErrorText(EEXIST, taken));
+std::vector<NewFile> NewTableFiles(std::string_view storedPath, std::span<const NewField> fields,
+                                   std::string_view backLink, int codePage) {
+    const std::string path(storedPath);
+    std::vector<NewFile> files;
+    if (std::any_of(fields.begin(), fields.end(), NeedsMemo)) {
+        files.push_back({path.substr(0, path.size() - 4) + ".fpt", EmptyMemoFile()});
     }
-    if (!hasMemo) {
-        NewFile file(path, table.Bytes());
-        file.Place();
-        return file.Keep();
+    files.push_back({path, NewTableBytes(path, fields, backLink, codePage).Bytes()});
+    for (const NewFile& file : files) {
+        if (FileExists(file.path)) throw Error(ErrorKind::Constraint, file.path, FileErrorText(EEXIST, file.path));
     }
-    // The table last: it is there only when all of it is.
-    NewFile memos(memoPath, EmptyMemoFile()), file(path, table.Bytes());
-    memos.Place();
-    file.Place();
-    memos.Keep();
-    file.Keep();
+    return files;
+}
+
+void PlaceNewFiles(std::span<const NewFile> files) {
+    std::deque<PlacedFile> placed;
+    for (const NewFile& file : files) placed.emplace_back(file);
+    for (PlacedFile& file : placed) file.Place();
+    for (PlacedFile& file : placed) file.Keep();
 }
 
 }  // namespace varnel::foxpro

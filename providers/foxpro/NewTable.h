@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/foxpro/Container.h"
 #include "providers/tablefile/TableFile.h"
 
 namespace varnel::foxpro {
@@ -26,10 +27,13 @@ struct NewField {
 /// columnsTakeNull: whether it is nullable without a word about that. Throws Error{Syntax}, Error{NotSupported}.
 NewField FieldOfDefinition(const ColumnDefinition& column, std::string name, bool columnsTakeNull);
 
-/// Writes storedPath (".dbf" at its end) and, when a field needs it, the .fpt beside it. backLink: of the container, ""
-/// for a free table. Throws Error{Constraint} when a file exists, a name or the number of fields cannot be, Error{Io}.
-/// No file is left behind then.
-void WriteNewTable(std::string_view storedPath, std::span<const NewField> fields, std::string_view backLink,
-                   int codePage);
+/// The files of a table without records: storedPath (".dbf" at its end) and, when a field needs it, the .fpt beside it,
+/// which comes first. backLink: of the container, "" for a free table.
+/// Throws Error{Constraint} when a file exists, a name or the number of fields cannot be.
+std::vector<NewFile> NewTableFiles(std::string_view storedPath, std::span<const NewField> fields,
+                                   std::string_view backLink, int codePage);
+
+/// Makes files that do not exist, the last one last. Throws Error{Io}, Error{Constraint}; no file is left behind then.
+void PlaceNewFiles(std::span<const NewFile> files);
 
 }  // namespace varnel::foxpro
