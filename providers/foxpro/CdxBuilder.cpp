@@ -42,7 +42,7 @@ private:
 
 CdxPage BuildTree(CdxPageSink& sink, const CdxTag& tag, KeyShape shape, KeySorter& sorter) {
     bool more = sorter.Next();
-    CdxTreeBuilder builder(sink, shape, sorter.GreatestRecord());
+    CdxTreeBuilder builder(sink, shape, sorter.GreatestRecord(), !tag.Has(kTagDirectory));
     std::vector<std::uint8_t> last;
     for (; more; more = sorter.Next()) {
         const KeyBytes key = sorter.Key();
@@ -53,7 +53,7 @@ CdxPage BuildTree(CdxPageSink& sink, const CdxTag& tag, KeyShape shape, KeySorte
     return builder.Finish();
 }
 
-CdxPage BuildDirectory(CdxPageSink& rest, const std::vector<CdxTag>& tags) {
+CdxPage BuildDirectory(CdxPageSink& rest, const CdxTag& directory, const std::vector<CdxTag>& tags) {
     KeySorter names(kDirectoryShape.length);
     for (const CdxTag& tag : tags) {
         std::vector<std::uint8_t> name(tag.name.begin(), tag.name.end());
@@ -61,24 +61,25 @@ CdxPage BuildDirectory(CdxPageSink& rest, const std::vector<CdxTag>& tags) {
         names.Add(name, tag.head);
     }
     DirectorySink sink(rest);
-    return BuildTree(sink, CdxTag(), kDirectoryShape, names);
+    return BuildTree(sink, directory, kDirectoryShape, names);
 }
 
 }  // namespace
 
-CdxTreeBuilder::CdxTreeBuilder(CdxPageSink& sink, KeyShape shape, std::uint32_t greatestRecord)
-    : sink_(sink), shape_(shape), greatestRecord_(greatestRecord) {
-    AddLevel();
+CdxTreeBuilder::CdxTreeBuilder(CdxPageSink& sink, KeyShape shape, std::uint32_t greatestRecord, bool marksLeaves)
+    : sink_(sink), shape_(shape), greatestRecord_(greatestRecord), marksLeaves_(marksLeaves) {
+    levels_.push_back(NewLevel(true, sink_.Allocate()));
 }
 
-void CdxTreeBuilder::AddLevel() {
-    levels_.push_back({CdxNode(shape_, levels_.empty()), sink_.Allocate()});
-    levels_.back().node.ExpectRecords(greatestRecord_);
-    levels_.back().node.isBulkBuilt = levels_.size() == 1;
+CdxTreeBuilder::Level CdxTreeBuilder::NewLevel(bool isLeaf, CdxPage page) const {
+    Level level{CdxNode(shape_, isLeaf), page};
+    level.node.ExpectRecords(greatestRecord_);
+    level.node.isBulkBuilt = isLeaf && marksLeaves_;
+    return level;
 }
 
 void CdxTreeBuilder::Put(std::size_t level, KeyBytes key, std::uint32_t record, CdxPage child) {
-    if (level == levels_.size()) AddLevel();
+    if (level == levels_.size()) levels_.push_back(NewLevel(false, sink_.Allocate()));
     if (levels_[level].node.Insert(levels_[level].node.Count(), key, record, child)) return;
     Close(level);
     levels_[level].node.Insert(0, key, record, child);
@@ -90,11 +91,8 @@ void CdxTreeBuilder::Close(std::size_t level) {
     levels_[level].node.right = next;
     WriteNode(levels_[level]);
     const CdxNode closed = std::move(levels_[level].node);
-    levels_[level] = {CdxNode(shape_, level == 0), next};
-    CdxNode& node = levels_[level].node;
-    node.left = page;
-    node.isBulkBuilt = closed.isBulkBuilt;
-    node.ExpectRecords(greatestRecord_);
+    levels_[level] = NewLevel(level == 0, next);
+    levels_[level].node.left = page;
     Put(level + 1, closed.Key(closed.Count() - 1), closed.Record(closed.Count() - 1), page);
 }
 
@@ -131,7 +129,7 @@ void BuildCdx(JournaledFiles& files, JournaledFiles::Number number, std::vector<
     directory.options = kTagDirectory | kCompoundTag | kCompactTag;
     directory.signature = 1;
     directory.keyLength = kDirectoryShape.length;
-    directory.root = BuildDirectory(sink, tags);
+    directory.root = BuildDirectory(sink, directory, tags);
     sink.Write(0, EncodeCdxHead(directory, updateCounter));
 }
 

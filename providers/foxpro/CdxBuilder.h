@@ -26,8 +26,8 @@ public:
 /// One tree, from entries that come in order. Holds one node a level.
 class CdxTreeBuilder {
 public:
-    /// greatestRecord: of all entries to come.
-    CdxTreeBuilder(CdxPageSink& sink, KeyShape shape, std::uint32_t greatestRecord);
+    /// greatestRecord: of all entries to come. marksLeaves: whether leaves say that a bulk build made them.
+    CdxTreeBuilder(CdxPageSink& sink, KeyShape shape, std::uint32_t greatestRecord, bool marksLeaves);
     void Add(KeyBytes key, std::uint32_t record) { Put(0, key, record, kNoCdxPage); }
     /// Returns the root. Nothing may be added after.
     CdxPage Finish();
@@ -37,7 +37,7 @@ private:
         CdxNode node;
         CdxPage page;
     };
-    void AddLevel();
+    Level NewLevel(bool isLeaf, CdxPage page) const;
     void Put(std::size_t level, KeyBytes key, std::uint32_t record, CdxPage child);
     void Close(std::size_t level);
     void WriteNode(const Level& level);
@@ -45,6 +45,7 @@ private:
     CdxPageSink& sink_;
     KeyShape shape_;
     std::uint32_t greatestRecord_;
+    bool marksLeaves_;
     std::vector<Level> levels_;
 };
 

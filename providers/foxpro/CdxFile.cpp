@@ -89,16 +89,16 @@ CdxTag CdxFile::ReadTag(CdxPage head, std::string tagName) const {
     tag.filterText = HeadText(view, std::size_t{kPoolAt} + view.U16(504), view.U16(506));
     tag.keyText = HeadText(view, std::size_t{kPoolAt} + view.U16(508), view.U16(510));
     if (tag.keyLength == 0 || tag.keyLength > kLongestKey + 1) {
-        throw Error(ErrorKind::Corrupt, name_, "Tag " + tag.name + " of '" + name_ + "' has keys of " +
-                                                   std::to_string(tag.keyLength) + " bytes.");
+        throw Error(ErrorKind::Corrupt, name_,
+                    "Tag " + tag.name + " of '" + name_ + "' has keys of " + std::to_string(tag.keyLength) + " bytes.");
     }
     return tag;
 }
 
 CdxNode CdxFile::Read(CdxPage page, KeyShape shape) const {
     if (page % kCdxPageBytes != 0 || page < kCdxPageBytes || page / kCdxPageBytes >= pages_) {
-        throw Error(ErrorKind::Corrupt, name_, "'" + name_ + "' is damaged: it has no page at byte " +
-                                                   std::to_string(page) + ".");
+        throw Error(ErrorKind::Corrupt, name_,
+                    "'" + name_ + "' is damaged: it has no page at byte " + std::to_string(page) + ".");
     }
     const auto found = kept_.find(page);
     if (found != kept_.end() && found->second.node.Shape() == shape) return found->second.node;
@@ -125,13 +125,17 @@ CdxNode& CdxFile::Change(CdxPage page, KeyShape shape) {
     return kept.node;
 }
 
+void CdxFile::RequireRoom(std::uint32_t pages) const {
+    if (pages <= kMostPages - pages_) return;
+    throw Error(ErrorKind::Constraint, name_, "'" + name_ + "' would pass 2 GB.");
+}
+
 CdxPage CdxFile::Append(KeyShape shape, bool isLeaf) {
     CdxPage page = 0;
     if (!released_.empty()) {
         page = released_.back();
         released_.pop_back();
     } else {
-        if (pages_ == kMostPages) throw Error(ErrorKind::Constraint, name_, "'" + name_ + "' would pass 2 GB.");
         page = pages_++ * static_cast<std::uint32_t>(kCdxPageBytes);
     }
     kept_.insert_or_assign(page, Kept{CdxNode(shape, isLeaf), true});

@@ -56,7 +56,9 @@ public:
     CdxNode Read(CdxPage page, KeyShape shape) const;
     /// To be called before a loaded node is changed.
     CdxNode& Change(CdxPage page, KeyShape shape);
-    /// A new node without brothers; returns its page. Throws Error{Constraint} at 2 GB.
+    /// Throws Error{Constraint} when so many further pages would pass 2 GB.
+    void RequireRoom(std::uint32_t pages) const;
+    /// A new node without brothers; returns its page. Needs room for one.
     CdxPage Append(KeyShape shape, bool isLeaf);
     /// The page is not part of a tree any more; Append may give it out again.
     void Release(CdxPage page);

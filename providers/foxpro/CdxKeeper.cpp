@@ -72,7 +72,8 @@ void CdxKeeper::BeforeUpdate(RecordNumber number, std::span<const std::uint8_t> 
 }
 
 void CdxKeeper::BeforeDelete(RecordNumber number, std::span<const std::uint8_t> record) {
-    const bool isFiltered = std::any_of(tags_.begin(), tags_.end(), [](const Tag& tag) { return tag.keys.IsFiltered(); });
+    const bool isFiltered =
+        std::any_of(tags_.begin(), tags_.end(), [](const Tag& tag) { return tag.keys.IsFiltered(); });
     if (!isFiltered) return;  // the record keeps its keys
     deletedRecord_.assign(record.begin(), record.end());
     deletedRecord_[0] = kDeletedFlag;

@@ -59,8 +59,9 @@ std::size_t TrailOf(KeyBytes key, std::uint8_t pad) {
 /// Bytes that key shares with the key before it, without its pad bytes.
 std::size_t DuplicateOf(KeyBytes before, KeyBytes key, std::size_t trail) {
     const std::size_t most = key.size() - trail;
-    return static_cast<std::size_t>(std::mismatch(key.begin(), key.begin() + static_cast<std::ptrdiff_t>(most),
-                                                  before.begin()).first - key.begin());
+    return static_cast<std::size_t>(
+        std::mismatch(key.begin(), key.begin() + static_cast<std::ptrdiff_t>(most), before.begin()).first -
+        key.begin());
 }
 
 std::size_t StoredBytesOf(KeyBytes before, KeyBytes key, std::uint8_t pad) {
@@ -120,7 +121,8 @@ void CdxNode::ReadLeaf(const ByteView& page, std::size_t count) {
     }
     const unsigned kept = RecordBits(entryBytes, shape_.length) >= recordBits ? entryBytes : entryBytes + 1;
     entryBytes_ = std::max(1U, kept);
-    for (const std::uint32_t record : records_) entryBytes_ = std::max(entryBytes_, EntryBytesFor(record, shape_.length));
+    for (const std::uint32_t record : records_)
+        entryBytes_ = std::max(entryBytes_, EntryBytesFor(record, shape_.length));
     if (IsOverfull()) Broken("a leaf is packed in a way that cannot be kept");
 }
 
@@ -262,8 +264,8 @@ void CdxNode::EncodeLeaf(CdxPageBytes& page) const {
         const KeyBytes key = Key(k);
         const std::size_t trail = TrailOf(key, shape_.pad);
         const std::size_t duplicate = k > 0 ? DuplicateOf(Key(k - 1), key, trail) : 0;
-        std::uint64_t entry = records_[k] | std::uint64_t{duplicate} << recordBits |
-                              std::uint64_t{trail} << (recordBits + countBits);
+        std::uint64_t entry =
+            records_[k] | std::uint64_t{duplicate} << recordBits | std::uint64_t{trail} << (recordBits + countBits);
         for (unsigned b = 0; b < entryBytes_; ++b, entry >>= 8) {
             page[kLeafHead + k * entryBytes_ + b] = static_cast<std::uint8_t>(entry);
         }

@@ -8,7 +8,7 @@
 namespace varnel::foxpro {
 namespace {
 
-constexpr std::size_t kMostLevels = 40;
+constexpr std::size_t kMostLevels = 64;
 
 [[noreturn]] void Broken(const CdxFile& file, const std::string& what) {
     throw Error(ErrorKind::Corrupt, file.Name(), "The index '" + file.Name() + "' is damaged: " + what + ".");
@@ -94,28 +94,26 @@ std::optional<std::uint32_t> CdxTree::FindRecord(KeyBytes key) {
 
 void CdxTree::Insert(KeyBytes key, std::uint32_t record) {
     while (!Descend(key, record)) {
-        const std::size_t level = way_.size() - 1, at = way_[level].at;
-        if (Changed(level).Insert(at, key, record)) return CorrectLast();
-        const CdxNode& leaf = Node(level);
+        const std::size_t at = way_.back().at;
+        if (Changed(way_.size() - 1).Insert(at, key, record)) return CorrectLast();
+        const CdxNode& leaf = Node(way_.size() - 1);
         const bool isBehindAll = at == leaf.Count();
         if (isBehindAll && leaf.right != kNoCdxPage) Broken(file_, "a node above the leaves has wrong keys");
-        if (!isBehindAll && leaf.Count() > 1) {
-            Split(level);
-        } else if (MakeRoomAbove(level)) {  // keys that only ascend leave full leaves behind
-            return isBehindAll ? AppendLeaf(key, record) : PutBefore(key, record);
-        }
+        LoadWhatSplitsNeed();
+        if (way_.size() == 1) GrowRoot();
+        if (isBehindAll) return AppendLeaf(key, record);  // keys that only ascend leave full leaves behind
+        if (leaf.Count() == 1) return PutBefore(key, record);
+        SplitLeaf();
     }
 }
 
-/// False when it had to change the tree for it: the way is stale then.
-bool CdxTree::MakeRoomAbove(std::size_t level) {
-    if (level == 0) {
-        GrowRoot();
-        return false;
+/// So that no split fails half way.
+void CdxTree::LoadWhatSplitsNeed() {
+    file_.RequireRoom(static_cast<std::uint32_t>(way_.size()) + 2);
+    for (std::size_t level = 0; level < way_.size(); ++level) {
+        const CdxPage right = Node(level).right;
+        if (right != kNoCdxPage) file_.Load(right, shape_);
     }
-    if (!Node(level - 1).IsFull()) return true;
-    Split(level - 1);
-    return false;
 }
 
 void CdxTree::GrowRoot() {
@@ -126,17 +124,16 @@ void CdxTree::GrowRoot() {
     grown.isRoot = true;
     grown.Insert(0, old.Key(old.Count() - 1), old.Record(old.Count() - 1), page);
     file_.SetRoot(tag_, root);
+    way_.insert(way_.begin(), {root, 0});
 }
 
 CdxPage CdxTree::AddRightBrother(std::size_t level) {
-    const CdxPage right = Node(level).right;
-    if (right != kNoCdxPage) file_.Load(right, shape_);  // what may fail comes first
     const CdxPage added = file_.Append(shape_, Node(level).IsLeaf());
     CdxNode& node = Changed(level);
     CdxNode& brother = file_.Change(added, shape_);
     brother.left = way_[level].page;
     brother.right = std::exchange(node.right, added);
-    if (right != kNoCdxPage) file_.Change(right, shape_).left = added;
+    if (brother.right != kNoCdxPage) file_.Change(brother.right, shape_).left = added;
     return added;
 }
 
@@ -144,37 +141,45 @@ void CdxTree::AppendLeaf(KeyBytes key, std::uint32_t record) {
     const std::size_t level = way_.size() - 1;
     const CdxPage added = AddRightBrother(level);
     file_.Change(added, shape_).Insert(0, key, record);
-    CdxNode& parent = Changed(level - 1);
-    parent.Insert(parent.Count(), key, record, added);
-    way_.resize(level);
-    CorrectLast();
+    PutChild(level - 1, key, record, added);
 }
 
 /// Of two long keys each needs a leaf: the new one takes the place of the old one, which moves to a new leaf.
 void CdxTree::PutBefore(KeyBytes key, std::uint32_t record) {
-    const std::size_t level = way_.size() - 1, at = way_[level - 1].at;
+    const std::size_t level = way_.size() - 1;
     const CdxPage added = AddRightBrother(level);
-    CdxNode& node = Changed(level);
     CdxNode& brother = file_.Change(added, shape_);
-    node.MoveTail(0, brother);
-    node.Insert(0, key, record);
-    CdxNode& parent = Changed(level - 1);
-    parent.Insert(at + 1, brother.Key(0), brother.Record(0), added);
-    parent.SetLast(at, key, record);
+    Changed(level).MoveTail(0, brother);
+    Changed(level).Insert(0, key, record);
+    Changed(level - 1).SetLast(way_[level - 1].at, key, record);
+    PutChild(level - 1, brother.Key(0), brother.Record(0), added);
 }
 
-void CdxTree::Split(std::size_t level) {
-    if (!MakeRoomAbove(level)) return;
-    const bool isRightmost = Node(level).right == kNoCdxPage && way_[level].at + 1 >= Node(level).Count();
-    const std::size_t count = Node(level).Count(), from = isRightmost ? count - 1 : count / 2;
+void CdxTree::SplitLeaf() {
+    const std::size_t level = way_.size() - 1;
+    const CdxPage added = AddRightBrother(level);
+    CdxNode& leaf = Changed(level);
+    CdxNode& brother = file_.Change(added, shape_);
+    leaf.MoveTail(leaf.Count() / 2, brother);
+    Changed(level - 1).SetLast(way_[level - 1].at, leaf.Key(leaf.Count() - 1), leaf.Record(leaf.Count() - 1));
+    PutChild(level - 1, brother.Key(brother.Count() - 1), brother.Record(brother.Count() - 1), added);
+}
+
+void CdxTree::PutChild(std::size_t level, KeyBytes key, std::uint32_t record, CdxPage page) {
+    const std::size_t at = way_[level].at + 1;
+    way_.resize(level + 1);
+    if (Changed(level).Insert(at, key, record, page)) return CorrectLast();
+    if (level == 0) GrowRoot(), ++level;
+    const bool isLastOfAll = at == Node(level).Count() && Node(level).right == kNoCdxPage;
     const CdxPage added = AddRightBrother(level);
     CdxNode& node = Changed(level);
     CdxNode& brother = file_.Change(added, shape_);
-    node.MoveTail(from, brother);
-    CdxNode& parent = Changed(level - 1);
-    const std::size_t at = way_[level - 1].at;
-    parent.Insert(at + 1, brother.Key(brother.Count() - 1), brother.Record(brother.Count() - 1), added);
-    parent.SetLast(at, node.Key(node.Count() - 1), node.Record(node.Count() - 1));
+    // Of the entries, the new one included, this node keeps the first half; all old ones when keys only ascend.
+    const std::size_t kept = isLastOfAll ? node.Count() : (node.Count() + 1) / 2;
+    node.MoveTail(at < kept ? kept - 1 : kept, brother);
+    at < kept ? node.Insert(at, key, record, page) : brother.Insert(at - kept, key, record, page);
+    Changed(level - 1).SetLast(way_[level - 1].at, node.Key(node.Count() - 1), node.Record(node.Count() - 1));
+    PutChild(level - 1, brother.Key(brother.Count() - 1), brother.Record(brother.Count() - 1), added);
 }
 
 /// The nodes above the last one of the way learn what its last entry is now.
@@ -195,7 +200,9 @@ bool CdxTree::Remove(KeyBytes key, std::uint32_t record) {
         CdxNode without = Node(level);
         without.Remove(way_[level].at);
         if (without.IsOverfull()) {
-            Split(level);
+            LoadWhatSplitsNeed();
+            if (level == 0) GrowRoot();
+            SplitLeaf();
             continue;
         }
         const bool isEmpty = without.Count() == 0;

@@ -58,13 +58,14 @@ private:
     bool Descend(KeyBytes key, std::uint32_t record);
     CdxNode& Node(std::size_t level) { return file_.Load(way_[level].page, shape_); }
     CdxNode& Changed(std::size_t level) { return file_.Change(way_[level].page, shape_); }
-    /// After it has changed the tree (not its entries) the way is stale.
-    void Split(std::size_t level);
+    void LoadWhatSplitsNeed();
+    void GrowRoot();
+    CdxPage AddRightBrother(std::size_t level);
+    void SplitLeaf();
     void AppendLeaf(KeyBytes key, std::uint32_t record);
     void PutBefore(KeyBytes key, std::uint32_t record);
-    bool MakeRoomAbove(std::size_t level);
-    CdxPage AddRightBrother(std::size_t level);
-    void GrowRoot();
+    /// Makes page, which ends with this entry, the child behind the one on the way; nodes above split as needed.
+    void PutChild(std::size_t level, KeyBytes key, std::uint32_t record, CdxPage page);
     void CorrectLast();
     void LoadBrothers();
     void DropEmpty(std::size_t level);

@@ -50,7 +50,8 @@ public:
         if (header.IsFree() || !IsSameFile(link, path_)) Note(table, "is a file that does not name this container");
         const std::size_t columns = catalog.ColumnsOf(table).size();
         if (columns != header.fields.size()) {
-            Note(table, "has " + std::to_string(columns) + " columns, its file " + std::to_string(header.fields.size()));
+            Note(table,
+                 "has " + std::to_string(columns) + " columns, its file " + std::to_string(header.fields.size()));
         }
     }
 

@@ -30,8 +30,11 @@ const DbfField& Required(const DbfHeader& header, const char* name, char type, s
 
 Places PlacesIn(const DbfHeader& header) {
     const DbfField& name = Required(header, "OBJECTNAME", 'C', 128);
-    return {Required(header, "OBJECTID", 'I', 4).offset, Required(header, "PARENTID", 'I', 4).offset,
-            Required(header, "OBJECTTYPE", 'C', 10).offset, name.offset, name.length,
+    return {Required(header, "OBJECTID", 'I', 4).offset,
+            Required(header, "PARENTID", 'I', 4).offset,
+            Required(header, "OBJECTTYPE", 'C', 10).offset,
+            name.offset,
+            name.length,
             Required(header, "PROPERTY", 'M', 4).offset};
 }
 
@@ -77,7 +80,8 @@ std::vector<DbcProperty> DbcCatalog::PropertiesOf(const DbcObject& object) const
     if (object.properties == 0) return {};
     std::vector<std::uint8_t> bytes;
     const bool isWhole = memo_ != nullptr && memo_->Read(object.properties, [&](std::string_view piece) {
-        if (bytes.size() + piece.size() > kMostPropertyBytes) Broken("the properties of " + object.name + " are too long");
+        if (bytes.size() + piece.size() > kMostPropertyBytes)
+            Broken("the properties of " + object.name + " are too long");
         bytes.insert(bytes.end(), piece.begin(), piece.end());
     });
     if (!isWhole) Broken("the properties of " + object.name + " are missing");

@@ -19,10 +19,10 @@ namespace varnel::foxpro {
 
 struct DbcObject {
     RecordNumber record = 0;
-    std::uint32_t id = 0;      ///< as stored
-    std::uint32_t parent = 0;  ///< id of the object that it belongs to
-    std::string type;          ///< "Table", "Field", "Index", "Relation" ... as stored
-    std::string name;          ///< UTF-8, without trailing blanks
+    std::uint32_t id = 0;          ///< as stored
+    std::uint32_t parent = 0;      ///< id of the object that it belongs to
+    std::string type;              ///< "Table", "Field", "Index", "Relation" ... as stored
+    std::string name;              ///< UTF-8, without trailing blanks
     std::uint32_t properties = 0;  ///< memo block, 0 for none
     bool isDeleted = false;
 };

@@ -109,8 +109,7 @@ private:
 
     void RequireLength(std::string_view name) const {
         if (!name.empty() && CharacterCount(name) <= kMostNameCharacters) return;
-        throw Error(ErrorKind::Constraint, path_,
-                    "The name '" + std::string(name) + "' has not 1 to 128 characters.");
+        throw Error(ErrorKind::Constraint, path_, "The name '" + std::string(name) + "' has not 1 to 128 characters.");
     }
 
     /// As a container has it: relative to its folder, in lower case.

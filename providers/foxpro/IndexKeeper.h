@@ -33,9 +33,8 @@ public:
     virtual void RolledBack() = 0;
 };
 
-/// The keeper of a table about to be written for the first time, under a write hold; null when there is no index to keep.
-/// Throws Error when the table may not be written because its index cannot be kept.
-/// table: outlives the keeper.
+/// The keeper of a table about to be written for the first time, under a write hold; null when there is no index to
+/// keep. Throws Error when the table may not be written because its index cannot be kept. table: outlives the keeper.
 std::unique_ptr<IndexKeeper> OpenIndexKeeper(DbfFile& table);
 
 }  // namespace varnel::foxpro

@@ -38,8 +38,7 @@ public:
 
 private:
     [[noreturn]] void Unsupported(const std::string& what) const {
-        throw Error(ErrorKind::NotSupported, "",
-                    std::string(whose_) + "in '" + std::string(text_) + "' " + what + ".");
+        throw Error(ErrorKind::NotSupported, "", std::string(whose_) + "in '" + std::string(text_) + "' " + what + ".");
     }
 
     std::size_t SkipBlanks() {
@@ -149,6 +148,7 @@ private:
         const auto [end, error] = std::from_chars(text_.data() + at_, text_.data() + text_.size(), number);
         if (error != std::errc()) Unsupported("'" + std::string(text_.substr(at_)) + "' is not understood");
         at_ = static_cast<std::size_t>(end - text_.data());
+        if (text_[at_ - 1] == '.') --at_;  // it may begin an operator
         return NumberLiteral(number);
     }
 
@@ -157,12 +157,18 @@ private:
         while (at_ < text_.size() && IsNameByte(text_[at_])) ++at_;
         const std::string name(text_.substr(start, at_ - start));
         if (Take("(")) return CallOf(name);
-        if (Take("->") || Take(".")) Unsupported("it names a field of another table ('" + name + "')");
+        if (Take("->") || IsDot()) Unsupported("it names a field of another table ('" + name + "')");
         const DbfField* field = findField_(name);
         if (field == nullptr) Unsupported("the table has no field '" + name + "'");
         KeyTermPtr term = FieldTerm(header_, *field);
         if (!term) Unsupported("a field like '" + name + "' can be no key");
         return term;
+    }
+
+    /// A dot that belongs to no operator.
+    bool IsDot() const {
+        const std::string rest = UpperAscii(text_.substr(at_, 5));
+        return rest.starts_with(".") && !rest.starts_with(".AND.") && !rest.starts_with(".OR.");
     }
 
     KeyTermPtr CallOf(const std::string& name) {
@@ -188,8 +194,7 @@ private:
 std::string WhyOdd(const CdxTag& tag) {
     if (tag.signature > 1) return "it is of a sort that only Visual FoxPro can keep";
     if (!tag.collation.empty() && tag.collation != "MACHINE") return "its collating sequence is " + tag.collation;
-    constexpr unsigned kKnown =
-        kUniqueTag | kNullableTag | kCandidateTag | kFilteredTag | kCompactTag | kCompoundTag;
+    constexpr unsigned kKnown = kUniqueTag | kNullableTag | kCandidateTag | kFilteredTag | kCompactTag | kCompoundTag;
     if ((tag.options & ~kKnown) != 0 || !tag.Has(kCompactTag)) return "it has unknown options";
     return "";
 }

@@ -120,11 +120,10 @@ KeyTermPtr FieldTerm(const DbfHeader& header, const DbfField& field) {
         KeySort sort;
         std::uint32_t bytes;  // 0: any
     };
-    static constexpr Letter kLetters[] = {{'C', KeySort::Text, 0},    {'V', KeySort::Text, 0},
-                                          {'N', KeySort::Number, 0},  {'F', KeySort::Number, 0},
-                                          {'B', KeySort::Number, 8},  {'I', KeySort::Integer, 4},
-                                          {'Y', KeySort::Currency, 8}, {'D', KeySort::Date, 8},
-                                          {'T', KeySort::Moment, 8},  {'L', KeySort::Logical, 1}};
+    static constexpr Letter kLetters[] = {
+        {'C', KeySort::Text, 0},   {'V', KeySort::Text, 0},    {'N', KeySort::Number, 0},   {'F', KeySort::Number, 0},
+        {'B', KeySort::Number, 8}, {'I', KeySort::Integer, 4}, {'Y', KeySort::Currency, 8}, {'D', KeySort::Date, 8},
+        {'T', KeySort::Moment, 8}, {'L', KeySort::Logical, 1}};
     for (const Letter& letter : kLetters) {
         if (letter.type != field.type) continue;
         if (!FitsRecord(header, field, letter.bytes == 0 ? field.length : letter.bytes)) return nullptr;

@@ -118,7 +118,8 @@ std::string FixedDigits(double number, std::size_t decimals) {
     const double rounded = std::round(number * scale) / scale;
     std::array<char, 400> digits;
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), rounded == 0 ? 0.0 : rounded,
-                                   std::chars_format::fixed, static_cast<int>(decimals)).ptr;
+                                   std::chars_format::fixed, static_cast<int>(decimals))
+                         .ptr;
     return {digits.data(), end};
 }
 

@@ -42,7 +42,9 @@ public:
     virtual ~KeyTerm() = default;
     KeySort Sort() const { return sort_; }
     bool IsText() const { return sort_ == KeySort::Text; }
-    bool IsNumeric() const { return sort_ == KeySort::Number || sort_ == KeySort::Integer || sort_ == KeySort::Currency; }
+    bool IsNumeric() const {
+        return sort_ == KeySort::Number || sort_ == KeySort::Integer || sort_ == KeySort::Currency;
+    }
     bool IsDay() const { return sort_ == KeySort::Date || sort_ == KeySort::Moment; }
     /// Fills every member of value that its sort has.
     virtual void Evaluate(const KeyRecord& record, KeyValue& value) const = 0;

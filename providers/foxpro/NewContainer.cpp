@@ -124,9 +124,8 @@ void BuildContainerIndex(JournaledFiles& files, JournaledFiles::Number number,
                          const std::vector<std::uint8_t>& container) {
     const DbfHeader header = ReadDbfHeader(ByteView(container, "container"), container.size(), "container");
     const FindKeyField fields = [&](std::string_view name) { return header.FindField(name); };
-    const std::vector<CdxTag> tags = {
-        ContainerTag("OBJECTNAME", 148, "STR(parentid)+objecttype+LOWER(objectname)"),
-        ContainerTag("OBJECTTYPE", 20, "STR(parentid)+objecttype")};
+    const std::vector<CdxTag> tags = {ContainerTag("OBJECTNAME", 148, "STR(parentid)+objecttype+LOWER(objectname)"),
+                                      ContainerTag("OBJECTTYPE", 20, "STR(parentid)+objecttype")};
     const std::array<KeyShape, 2> shapes = {KeyShape{148, ' '}, KeyShape{20, ' '}};
     BuildCdx(files, number, tags, shapes, 1, [&](std::size_t at, KeySorter& sorter) {
         TagKeys keys(tags[at], header, fields);

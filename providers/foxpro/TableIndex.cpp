@@ -90,7 +90,8 @@ public:
         const CdxNode node = file_.Read(page, shape_);
         const std::string place = "page " + std::to_string(page);
         if (node.isRoot != (above == nullptr)) return place + " does not know whether it is the root";
-        if (above != nullptr && !EndsAs(node, *above, at)) return place + " ends with another key than the one above it";
+        if (above != nullptr && !EndsAs(node, *above, at))
+            return place + " ends with another key than the one above it";
         if (node.IsLeaf()) return Leaf(node, place, level);
         for (std::size_t k = 0; k < node.Count(); ++k) {
             std::string fault = Node(node.Child(k), level + 1, &node, k);
@@ -198,7 +199,8 @@ std::vector<std::string> CheckIndex(DbfFile& table) {
             note([&] {
                 const std::string fault = FaultOfTag(file, k, fields, header, table);
                 if (!fault.empty()) {
-                    faults.push_back("Index of '" + table.Name() + "', tag " + file.Tags()[k].name + ": " + fault + ".");
+                    faults.push_back("Index of '" + table.Name() + "', tag " + file.Tags()[k].name + ": " + fault +
+                                     ".");
                 }
             });
         }
