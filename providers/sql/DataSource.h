@@ -14,9 +14,13 @@ struct DataSource {
     NamedEngine engine = NamedEngine::None;
     std::string storedPath;
     std::string extendedProperties;  ///< the options of a text source: "text;HDR=Yes"
+    std::string databasePassword;    ///< of an Access file
     bool readOnly = false;
     bool createWhenMissing = false;
 };
+
+/// The connection string itself, or the one that it hands on to a driver in its extended properties.
+ConnectionString DriverString(const ConnectionString& text);
 
 /// engine is None when the string belongs to another provider.
 DataSource ReadDataSource(const ConnectionString& text);
