@@ -30,12 +30,12 @@ std::string Duration(double seconds) {
     return head + ":" + TwoDigits(whole % 60);
 }
 
-/// " 2% 1,250 rows/s 0:04 left", as much of it as is known.
+/// "   2% 1,250 rows/s 0:04 left", as much of it as is known.
 std::string Figures(const TableProgress& progress) {
     std::string text;
     if (progress.maximum > 0) {
         const int percent = static_cast<int>(100 * progress.value / progress.maximum);
-        text = (percent < 10 ? "  " : percent < 100 ? " " : "") + std::to_string(percent) + "%";
+        text = (percent < 10 ? "   " : percent < 100 ? "  " : " ") + std::to_string(percent) + "%";
     }
     if (progress.seconds < kSecondsBeforeRates || progress.value <= 0) return text;
     const double rate = progress.value / progress.seconds;

@@ -13,7 +13,7 @@ struct TableProgress {
     double seconds = 0;   ///< since the table's rows began to come
 };
 
-/// "120 of 5000 Rows Loaded [##........]  2% 1,250 rows/s 0:04 left", at most columns characters long: the bar narrows
+/// "120 of 5000 Rows Loaded [##........]   2% 1,250 rows/s 0:04 left", at most columns characters long: the bar narrows
 /// first, then the end is cut. Without a maximum there is no bar and no time left; in the first instants no rate.
 std::string StatusLine(const TableProgress& progress, int columns);
 

@@ -15,7 +15,7 @@ namespace varnel::window {
 namespace {
 
 constexpr int kFormWidth = 9000, kFormHeight = 6600, kMargin = 180;  // twips
-constexpr OleColor kButtonColor = 0x00B5804A;                        // a calm blue
+constexpr OleColor kButtonColor = 0x00F0C8A0;                        // a light blue
 
 PropertyBag ButtonProperties(const char* caption, const char* toolTip) {
     PropertyBag bag;

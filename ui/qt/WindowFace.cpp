@@ -1,9 +1,11 @@
 #include "ui/qt/WindowFace.h"
 
 #include <QEventLoop>
+#include <QLibrary>
 #include <QSocketNotifier>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 namespace varnel::window {
 
@@ -15,6 +17,15 @@ constexpr int kBarSteps = 2000;  // more than a screen has pixels for the bar
 
 QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// Whether the display is still there. The toolkit ends the process when it finds a broken connection.
+bool DisplayIsThere() {
+    using HasError = int (*)(xcb_connection_t*);
+    static const auto hasError = reinterpret_cast<HasError>(QLibrary::resolve("xcb", 1, "xcb_connection_has_error"));
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    xcb_connection_t* connection = x11 == nullptr ? nullptr : x11->connection();
+    return connection == nullptr || hasError == nullptr || hasError(connection) == 0;
 }
 
 /// CR LF and a lone CR as LF.
@@ -70,7 +81,7 @@ void WindowFace::AppendLogTxt(std::string_view text) {
 }
 
 void WindowFace::RefreshLogTxt() {
-    if (open_ && repaints_.Take()) PutOnScreen();
+    if (open_ && repaints_.Take() && IsShown()) PutOnScreen();
 }
 
 void WindowFace::SetLabel2(std::string_view text) {
@@ -80,7 +91,7 @@ void WindowFace::SetLabel2(std::string_view text) {
 }
 
 void WindowFace::RefreshLabel2() {
-    if (open_ && repaints_.Take()) PutOnScreen();
+    if (open_ && repaints_.Take() && IsShown()) PutOnScreen();
 }
 
 void WindowFace::SetRowProMin(float value) {
@@ -97,13 +108,13 @@ void WindowFace::SetRowProValue(float value) {
 }
 
 void WindowFace::DoEvents() {
-    if (!open_ || !events_.Take()) return;
+    if (!open_ || !events_.Take() || !IsShown()) return;
     if (repaints_.Take()) PutOnScreen();
     QCoreApplication::processEvents();
 }
 
 void WindowFace::StayUntilClosed() {
-    if (!open_) return;
+    if (!open_ || !IsShown()) return;
     PutOnScreen();
     form_.EndOfRun();
     QEventLoop loop;
@@ -117,6 +128,11 @@ void WindowFace::StayUntilClosed() {
         QObject::connect(signal.get(), &QSocketNotifier::activated, &form_, &QWidget::close);
     }
     loop.exec();
+}
+
+/// False from the moment on at which the window was closed or its display went away.
+bool WindowFace::IsShown() {
+    return open_ = open_ && DisplayIsThere();
 }
 
 void WindowFace::PutOnScreen() {

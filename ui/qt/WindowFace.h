@@ -38,7 +38,7 @@ public:
 
 private:
     void WaitUntilVisible();
-    bool IsReachable();
+    bool IsShown();
     void PutOnScreen();
     void PutLogOnScreen();
     void PutBarOnScreen();
