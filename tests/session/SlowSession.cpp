@@ -19,8 +19,9 @@ std::int64_t Lines(const std::string& text) {
 void SlowSessionTest::Prepare(const Way& way, int rows) {
     const std::string count = std::to_string(rows);
     NativeSqlite(Path("source.db"))
-        .Run({"create table numbers (ID int, NAME varchar(50))", "create table one (ID int, NAME varchar(50))",
-              "insert into one values (1, 'one')",
+        .Run({"create table numbers (ID int, NAME varchar(50))", "create table few (ID int, NAME varchar(50))",
+              "with recursive n(i) as (select 1 union all select i+1 from n where i<200) insert into few select i, "
+              "'one' from n",
               "with recursive n(i) as (select 1 union all select i+1 from n where i<" + count +
                   ") insert into numbers select i, 'row ' || i from n",
               "create view slow as select ID, NAME || substr((select count(*) from (with recursive c(x) as "
@@ -40,7 +41,7 @@ void SlowSessionTest::Prepare(const Way& way, int rows) {
     const bool text = session_.targetKind == "TEXT";
     for (const std::string name : {"copy", "never"}) {
         if (target_) target_->Run({"create table `" + name + "` (ID int, NAME varchar(50))"});
-        session_.tables.push_back({name == "copy" ? "slow" : "one",
+        session_.tables.push_back({name == "copy" ? "slow" : "few",
                                    text ? Path("out/" + name) : name,
                                    {{"ID", "Integer", 11}, {"NAME", "VarWchar", 50}},
                                    true,

@@ -21,7 +21,7 @@ inline void PrintTo(const Way& way, std::ostream* out) {
 
 class SlowSessionTest : public TextSessionTest {
 protected:
-    /// Stores session 1: the slow rows 1 to rows into "copy", then one row into "never".
+    /// Stores session 1: the slow rows 1 to rows into "copy", then 200 quick rows into "never".
     void Prepare(const Way& way, int rows);
     /// Starts "varnel 1 showoutput".
     std::unique_ptr<RunningProgram> StartShown(const std::string& program = "varnel");

@@ -106,7 +106,7 @@ TEST_F(TerminalTest, WhereTheOutputIsNoTerminalThereArePlainLines) {
     EXPECT_EQ(WithoutTimes(output_).substr(output_.find('\n') + 1),
               "Varnel Runtime:Running Session :1\nSource DB:ACCESS To Target DB:ACCESS\nStarted loading at :T\n"
               "About to Insert Rows from slow to copy\n 25 Rows Loaded Time Elapsed :0 Hrs 0 Min T\n"
-              "About to Insert Rows from one to never\n 1 Rows Loaded Time Elapsed :0 Hrs 0 Min T\n"
+              "About to Insert Rows from few to never\n 200 Rows Loaded Time Elapsed :0 Hrs 0 Min T\n"
               "End Time is :T\nTotal Time Elapsed for Session:0 Hrs 0 Min T\n*******( F.I.N.I.S.H )*********\n");
     EXPECT_EQ(output_.find("varnel: no window (there is no display"), 0U) << output_;
     ExpectWhole(25);
