@@ -69,7 +69,7 @@ TEST_F(TerminalTest, ANoLoadsOnWithLogBarSpeedAndTimeLeft) {
     const std::string& shown = program->Output();
     for (const char* text :
          {"Varnel Runtime:Running Session :1\r\nSource DB:ACCESS To Target DB:ACCESS\r\nStarted loading",
-          "About to Insert Rows from slow to copy", " 600 Rows Loaded", " Time Elapsed :0 Hrs", " 1 Rows Loaded",
+          "About to Insert Rows from slow to copy", " 600 Rows Loaded", " Time Elapsed :0 Hrs", " 200 Rows Loaded",
           "*******( F.I.N.I.S.H )*********\r\n"}) {
         EXPECT_NE(shown.find(text), std::string::npos) << text << "\n" << shown;
     }
