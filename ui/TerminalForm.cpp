@@ -12,7 +12,8 @@ namespace varnel {
 namespace {
 
 constexpr std::chrono::milliseconds kDrawingInterval{100};
-constexpr int kDrawingBurst = 4;
+constexpr int kRowBurst = 4;
+constexpr int kLogBurst = 30;  // log lines are few: one that a long silence follows is written before it begins
 
 constexpr std::string_view kClearLine = "\r\033[K";
 constexpr std::string_view kUp = "\033[A";
@@ -41,7 +42,10 @@ bool SaysYes(std::string_view answer) {
 
 }  // namespace
 
-TerminalForm::TerminalForm() : moving_(OutputIsTerminal()), budget_(kDrawingInterval, kDrawingBurst) {}
+TerminalForm::TerminalForm()
+    : moving_(OutputIsTerminal()),
+      rowDrawings_(kDrawingInterval, kRowBurst),
+      logDrawings_(kDrawingInterval, kLogBurst) {}
 
 void TerminalForm::SetCaption(std::string_view text) {
     caption_ = text;
@@ -59,7 +63,11 @@ void TerminalForm::ReplaceLogTxt(std::string_view text) {
 void TerminalForm::AppendLogTxt(std::string_view text) {
     AppendHarmless(pending_, text);
     stateIsNew_ = true;
-    if (!moving_) Draw();
+    if (moving_) {
+        DrawIfDue(logDrawings_);
+    } else {
+        Draw();
+    }
 }
 
 void TerminalForm::SetLabel2(std::string_view text) {
@@ -102,8 +110,8 @@ void TerminalForm::StayUntilClosed() {
     atLineStart_ = true;
 }
 
-void TerminalForm::DrawIfDue() {
-    if (moving_ && stateIsNew_ && budget_.Take()) Draw();
+void TerminalForm::DrawIfDue(RepaintBudget& budget) {
+    if (moving_ && stateIsNew_ && budget.Take()) Draw();
 }
 
 void TerminalForm::Draw() {

@@ -18,14 +18,14 @@ public:
     void SetSrcDestLabel(std::string_view text) override;
     void ReplaceLogTxt(std::string_view text) override;
     void AppendLogTxt(std::string_view text) override;
-    void ScrollLogTxt() override { DrawIfDue(); }
+    void ScrollLogTxt() override {}
     void RefreshLogTxt() override { Draw(); }
     void SetLabel2(std::string_view text) override;
-    void RefreshLabel2() override { DrawIfDue(); }
+    void RefreshLabel2() override { DrawIfDue(rowDrawings_); }
     void SetRowProMin(float value) override;
     void SetRowProMax(float value) override;
     void SetRowProValue(float value) override;
-    void DoEvents() override { DrawIfDue(); }
+    void DoEvents() override { DrawIfDue(rowDrawings_); }
     /// Asks for y or n when the signal was Ctrl-C and somebody sits there; anything but yes is a No.
     bool ConfirmCancel() override;
     void StayUntilClosed() override;
@@ -34,14 +34,14 @@ private:
     using Clock = RepaintBudget::Clock;
 
     void Draw();
-    void DrawIfDue();
+    void DrawIfDue(RepaintBudget& budget);
     void TakeStatusOff(std::string& out);
     void PutStatusOn(std::string& out);
     void Write(std::string& out, std::string_view text);
     std::string Heading();
 
     const bool moving_;  // the cursor can be moved: the status line stays below the log
-    RepaintBudget budget_;
+    RepaintBudget rowDrawings_, logDrawings_;
     std::string caption_, srcDestLabel_;  // written before the first log text, or at the end; then empty
     std::string pending_;                 // log text that is not written yet
     bool atLineStart_ = true;             // else the last log line is open: text may be added to it

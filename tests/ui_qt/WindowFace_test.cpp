@@ -56,7 +56,11 @@ TEST_F(WindowFaceTest, ShowsWhatIsSaid) {
               " 120 Rows Loaded Time Elapsed :0 Hrs 0 Min 3 Sec");
     EXPECT_EQ(form_.Label2.text(), "120 of 5000 Rows Loaded");
     EXPECT_NEAR(form_.RowPro.value(), form_.RowPro.maximum() / 2, 1);
-    form_.grab().save(VARNEL_PICTURES "/window.png");
+    const int scale = static_cast<int>(form_.devicePixelRatio());
+    const QPixmap picture = form_.grab();
+    EXPECT_EQ(picture.size(), scale * form_.size());
+    EXPECT_EQ(form_.FinishButt.size(), QSize(105, 33)) << "in pixels that do not depend on the device";
+    picture.save(QString(VARNEL_PICTURES "/window%1x.png").arg(scale));
     face_.SetRowProValue(6000);
     EndRun();
     EXPECT_EQ(form_.RowPro.value(), form_.RowPro.maximum()) << "beyond the maximum it stays there";

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kRepaintInterval{33}, kEventsInterval{10};
 constexpr int kBurst = 4;
+constexpr int kLogBurst = 30;    // log lines are few: one that a long silence follows is on the screen before it begins
 constexpr int kBarSteps = 2000;  // more than a screen has pixels for the bar
 
 QString Text(std::string_view text) {
@@ -42,7 +43,8 @@ WindowFace::WindowFace(std::unique_ptr<QApplication> application, bool* cancelRe
     : application_(std::move(application)),
       signalDescriptor_(signalDescriptor),
       form_(cancelRequested, signalDescriptor),
-      repaints_(kRepaintInterval, kBurst),
+      rowRepaints_(kRepaintInterval, kBurst),
+      logRepaints_(kRepaintInterval, kLogBurst),
       events_(kEventsInterval, kBurst) {
     form_.closed = [this] { open_ = false; };
     form_.RowPro.setRange(0, kBarSteps);
@@ -77,11 +79,18 @@ void WindowFace::ReplaceLogTxt(std::string_view text) {
 }
 
 void WindowFace::AppendLogTxt(std::string_view text) {
-    if (open_) newLog_ += text;
+    if (!open_) return;
+    newLog_ += text;
+    PutOnScreenIfDue(logRepaints_);
+}
+
+void WindowFace::ScrollLogTxt() {
+    scrollLog_ = true;
+    PutOnScreenIfDue(logRepaints_);
 }
 
 void WindowFace::RefreshLogTxt() {
-    if (open_ && repaints_.Take() && IsShown()) PutOnScreen();
+    PutOnScreenIfDue(logRepaints_);
 }
 
 void WindowFace::SetLabel2(std::string_view text) {
@@ -91,7 +100,7 @@ void WindowFace::SetLabel2(std::string_view text) {
 }
 
 void WindowFace::RefreshLabel2() {
-    if (open_ && repaints_.Take() && IsShown()) PutOnScreen();
+    PutOnScreenIfDue(rowRepaints_);
 }
 
 void WindowFace::SetRowProMin(float value) {
@@ -109,7 +118,7 @@ void WindowFace::SetRowProValue(float value) {
 
 void WindowFace::DoEvents() {
     if (!open_ || !events_.Take() || !IsShown()) return;
-    if (repaints_.Take()) PutOnScreen();
+    PutOnScreenIfDue(rowRepaints_);
     QCoreApplication::processEvents();
 }
 
@@ -133,6 +142,10 @@ void WindowFace::StayUntilClosed() {
 /// False from the moment on at which the window was closed or its display went away.
 bool WindowFace::IsShown() {
     return open_ = open_ && DisplayIsThere();
+}
+
+void WindowFace::PutOnScreenIfDue(RepaintBudget& budget) {
+    if (open_ && budget.Take() && IsShown()) PutOnScreen();
 }
 
 void WindowFace::PutOnScreen() {

@@ -21,7 +21,7 @@ public:
     void SetSrcDestLabel(std::string_view text) override;
     void ReplaceLogTxt(std::string_view text) override;
     void AppendLogTxt(std::string_view text) override;
-    void ScrollLogTxt() override { scrollLog_ = true; }
+    void ScrollLogTxt() override;
     void RefreshLogTxt() override;
     void SetLabel2(std::string_view text) override;
     void RefreshLabel2() override;
@@ -39,6 +39,7 @@ public:
 private:
     void WaitUntilVisible();
     bool IsShown();
+    void PutOnScreenIfDue(RepaintBudget& budget);
     void PutOnScreen();
     void PutLogOnScreen();
     void PutBarOnScreen();
@@ -47,7 +48,7 @@ private:
     int signalDescriptor_;
     Form14 form_;
     bool open_ = true;  // after that everything said is dropped
-    RepaintBudget repaints_, events_;
+    RepaintBudget rowRepaints_, logRepaints_, events_;
     std::string newLog_;  // not in LogTxt yet
     bool clearLog_ = false, scrollLog_ = false;
     std::string label2_;
