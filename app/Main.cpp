@@ -1,14 +1,38 @@
 #include "app/Main.h"
 
+#include <cstdio>
+#include <cstdlib>
+
+#include "ado/SessionLease.h"
 #include "ado/types/ConnectionString.h"
 #include "app/CommandLine.h"
 #include "app/RunSession.h"
 #include "app/flags/SharedFlags.h"
 #include "app/shared/RunTally.h"
 #include "repository/model/SessionModel.h"
+#include "ui/OpenForm.h"
 #include "ui/ProgressForm.h"
 
 namespace varnel {
+
+namespace {
+
+void ShowProgressForm() {
+    UseProgressForm(OpenForm(&CancelRequested));
+    Form14().SetSrcDestLabel("Source DB:" + SessionDef.SourceDBName + " Target DB:" + SessionDef.TargetDBName);
+}
+
+/// The window's toolkit ends the process by itself when the display goes away: then, too, with the run's status.
+void KeepExitStatus(int status) {
+    static int kept = 0;
+    kept = status;
+    std::atexit([] {
+        std::fflush(nullptr);
+        std::_Exit(kept);
+    });
+}
+
+}  // namespace
 
 int Main(std::string_view commandTail) {
     constexpr int kMaxArgs = 3;
@@ -17,11 +41,14 @@ int Main(std::string_view commandTail) {
     if (!sessionNumber || *sessionNumber == 0) return 0;
 
     ShowOutput = EqualNoCase(TrimBlanks(words[2]), "showoutput");
-    if (ShowOutput) {
-        Form14().SetSrcDestLabel("Source DB:" + SessionDef.SourceDBName + " Target DB:" + SessionDef.TargetDBName);
-    }
+    if (ShowOutput) ShowProgressForm();
     RunSession(*sessionNumber);
-    return ExitStatus(Tally);
+    const int status = ExitStatus(Tally);
+    CloseIdleSessions();
+    if (ShowOutput) KeepExitStatus(status);
+    Form14().StayUntilClosed();
+    UseProgressForm(nullptr);
+    return status;
 }
 
 }  // namespace varnel

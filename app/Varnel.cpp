@@ -14,7 +14,5 @@ int main(int argc, char** argv) {
     NoteCancelSignals();
     std::string commandTail;
     for (int k = 1; k < argc; ++k) commandTail.append(k > 1 ? " " : "").append(argv[k]);
-    const int status = Main(commandTail);
-    CloseIdleSessions();
-    return status;
+    return Main(commandTail);
 }

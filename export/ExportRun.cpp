@@ -102,6 +102,7 @@ void ExportRun::OpenSource(std::int16_t i) {
         SrcRs->Close();
     });
     if (ShowOutput) {
+        counter_.Start(CountText(total_));
         Form14().SetRowProMin(1);
         if (total_ > 1) Form14().SetRowProMax(static_cast<float>(total_));
     }
@@ -194,7 +195,7 @@ void ExportRun::CountRow() {
     ++loaded_;
     if (!ShowOutput) return;
     if (loaded_ <= total_) Form14().SetRowProValue(static_cast<float>(loaded_));
-    Form14().SetLabel2(CountText(loaded_) + " of " + CountText(total_) + " Rows Loaded");
+    Form14().SetLabel2(counter_.Text(static_cast<std::int64_t>(loaded_)));
     Form14().RefreshLabel2();
 }
 

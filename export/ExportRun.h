@@ -9,6 +9,7 @@
 #include "export/CellRules.h"
 #include "export/OutputLines.h"
 #include "repository/model/SessionModel.h"
+#include "ui/RowCounter.h"
 
 namespace varnel {
 
@@ -56,6 +57,7 @@ private:
     double total_ = 0;
     double loaded_ = 0;
     double processed_ = 0;
+    RowCounter counter_;
     bool longColumns_ = false;
     bool rowOk_ = true;
 };

@@ -51,17 +51,18 @@ void RowCopy::Note(bool stored) {
 
 void RowCopy::Settle() {
     if (queued_ == 0) return;
-    const Transfer current = transfer_;
+    const std::int32_t attempted = transfer_.attempted;
+    const bool rowOk = transfer_.rowOk;
     transfer_.attempted -= std::exchange(queued_, 0);
     trap_.Try([&] {
         target_.Send([&](const Error* error) {
             ++transfer_.attempted;
             const bool stored = error == nullptr || trap_.Try([&] { throw Error(*error); });
-            Note(stored && !(moving_ && transfer_.attempted == current.attempted));
+            Note(stored && !(moving_ && transfer_.attempted == attempted));
         });
     });
-    transfer_.attempted = current.attempted;
-    transfer_.rowOk = current.rowOk;
+    transfer_.attempted = attempted;
+    transfer_.rowOk = rowOk;
 }
 
 /// What a yield may show, or a cancel leave behind, is settled first.

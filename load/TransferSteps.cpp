@@ -54,8 +54,9 @@ SourcePosition TestSource(FailureTrap& trap) {
     return atEnd ? SourcePosition::AtEnd : SourcePosition::OnRow;
 }
 
-void StartProgress(const Transfer& transfer) {
+void StartProgress(Transfer& transfer) {
     if (!ShowOutput) return;
+    transfer.counter.Start(DefaultText(Value::OfDouble(transfer.total)));
     Form14().SetRowProMin(1);
     if (transfer.total > 1) Form14().SetRowProMax(static_cast<float>(transfer.total));
 }
@@ -64,10 +65,9 @@ void ShowRowPro(std::int32_t value) {
     if (ShowOutput) Form14().SetRowProValue(static_cast<float>(value));
 }
 
-void ShowLoadedRows(const Transfer& transfer) {
+void ShowLoadedRows(Transfer& transfer) {
     if (!ShowOutput) return;
-    const std::string total = DefaultText(Value::OfDouble(transfer.total));
-    Form14().SetLabel2(std::to_string(transfer.loaded) + " of " + total + " Rows Loaded");
+    Form14().SetLabel2(transfer.counter.Text(transfer.loaded));
     Form14().RefreshLabel2();
 }
 

@@ -8,6 +8,7 @@
 
 #include "app/shared/FailureTrap.h"
 #include "repository/model/SessionModel.h"
+#include "ui/RowCounter.h"
 
 namespace varnel {
 
@@ -18,6 +19,7 @@ struct Transfer {
     std::int32_t loaded = 0;     ///< rows counted as loaded
     std::int32_t attempted = 0;  ///< rows whose write was attempted
     bool rowOk = true;           ///< no failure yet in the row at hand
+    RowCounter counter = {};     ///< Label2's text, once the progress has started
 };
 
 /// The target column names of table i, in order: DCName, or SCName when the load option is "DROP".
@@ -37,11 +39,11 @@ enum class SourcePosition { OnRow, AtEnd, Broken };
 /// Where SrcRs stands. A failed test is reported by the trap, which ends the transfer when it fails too often.
 SourcePosition TestSource(FailureTrap& trap);
 
-/// The progress bar before the row loop.
-void StartProgress(const Transfer& transfer);
+/// The progress bar and the counter before the row loop.
+void StartProgress(Transfer& transfer);
 void ShowRowPro(std::int32_t value);
 /// Label2: "120 of 5000 Rows Loaded", repainted.
-void ShowLoadedRows(const Transfer& transfer);
+void ShowLoadedRows(Transfer& transfer);
 /// The lines at a table's end: " 120 Rows Loaded" in log and window, and the window's word on a cancel.
 void ReportEndOfTable(const Transfer& transfer);
 /// Ends the read and commits what was written when a transfer is given up. report: gets what fails in it.

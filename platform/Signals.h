@@ -8,7 +8,12 @@ namespace varnel {
 void NoteCancelSignals();
 /// True once a signal was noted.
 bool CancelSignalNoted();
-/// Forgets a noted signal and lets the next one be the first again; for tests.
+/// True when the noted signal is the one that Ctrl-C sends.
+bool InterruptNoted();
+/// Forgets a noted signal and lets the next one be the first again.
 void ForgetCancelSignal();
+/// A descriptor that is readable from a noted signal on until it is forgotten, for those who wait for something else as
+/// well; nobody reads from it. -1 before NoteCancelSignals.
+int CancelSignalDescriptor();
 
 }  // namespace varnel

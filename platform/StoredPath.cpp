@@ -136,6 +136,14 @@ std::string FolderOfProgram(const std::string& argv0) {
     return separator == 0 ? "/" : path.substr(0, separator);
 }
 
+std::string FolderOfExecutable() {
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    if (length <= 0) return "";
+    const std::string_view file(path, static_cast<std::size_t>(length));
+    return std::string(file.substr(0, file.rfind('/')));
+}
+
 std::string LocalPath(std::string_view stored) {
     std::string path(stored);
     std::replace(path.begin(), path.end(), '\\', '/');

@@ -13,6 +13,8 @@ const std::string& ApplicationFolder();
 void SetApplicationFolder(std::string folder);
 /// The folder part of argv0 (looked up along PATH when it holds no separator), made absolute, links not followed.
 std::string FolderOfProgram(const std::string& argv0);
+/// The folder that holds the running program's file, links followed: where its own parts lie. "" when unknown.
+std::string FolderOfExecutable();
 
 /// The local path that a stored path means.
 /// Both separators are accepted. "C:\x" is looked up in drives/C (or drives/c) and "\\server\share\x" in

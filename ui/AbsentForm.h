@@ -19,6 +19,8 @@ public:
     void SetRowProMax(float) override {}
     void SetRowProValue(float) override {}
     void DoEvents() override {}
+    bool ConfirmCancel() override { return true; }
+    void StayUntilClosed() override {}
 };
 
 }  // namespace varnel

@@ -1,5 +1,5 @@
 // What the running session may say to the progress window, with no toolkit in it. Writers test ShowOutput first; the
-// face behind Form14() is the window, the terminal, nothing at all, or a recorder in tests.
+// face behind Form14() is the window, the terminal, nothing at all, or a recorder in tests (OpenForm.h chooses).
 #pragma once
 
 #include <memory>
@@ -35,6 +35,13 @@ public:
 
     /// Lets the window repaint and handle its buttons; a confirmed cancel sets CancelRequested in here.
     virtual void DoEvents() = 0;
+
+    /// A signal asks to cancel the run. Returns whether it is to be cancelled: a face with somebody in front of it may
+    /// ask, and forgets the signal on a No; every other says yes.
+    virtual bool ConfirmCancel() = 0;
+    /// The run is over and its outcome recorded. Returns when the face may go: a window when it is closed or a signal
+    /// ends it, every other at once. Nothing sets CancelRequested any more.
+    virtual void StayUntilClosed() = 0;
 };
 
 /// The face in use; the absent one, which drops everything, until UseProgressForm was called.

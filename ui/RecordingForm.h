@@ -39,6 +39,8 @@ public:
         ++events;
         if (onEvents) onEvents();
     }
+    bool ConfirmCancel() override { return true; }
+    void StayUntilClosed() override {}
 };
 
 }  // namespace varnel

@@ -7,7 +7,7 @@
 namespace varnel {
 
 void TakeCancelSignal() {
-    if (CancelSignalNoted()) CancelRequested = true;
+    if (!CancelRequested && CancelSignalNoted()) CancelRequested = Form14().ConfirmCancel();
 }
 
 void YieldToUserInterface() {

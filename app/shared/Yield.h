@@ -3,7 +3,8 @@
 
 namespace varnel {
 
-/// Turns a noted signal into CancelRequested and, when the window is shown, lets it handle its events.
+/// Turns a noted signal into CancelRequested (a face may ask first) and, when the window is shown, lets it handle its
+/// events.
 void YieldToUserInterface();
 /// The first half alone: for places that only ask whether to go on.
 void TakeCancelSignal();

@@ -26,10 +26,9 @@ public:
     int Wait();
     /// Asks every millisecond until condition holds or the program has ended; false when it did not hold.
     bool WaitUntil(const std::function<bool()>& condition);
-
-private:
     bool HasEnded();
 
+private:
     pid_t id_ = -1;
     int status_ = -1;
     bool ended_ = false;
