@@ -1,6 +1,6 @@
 // Rows per second and peak memory of the Access engine, without SQL and without the program around it; and beside it
 // mdb-export on the same file.
-// Usage: access_bench [rows] (default 1,000,000)
+// Usage: access_write_bench [rows] (default 1,000,000)
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
