@@ -1,4 +1,4 @@
-#include "providers/sql/SqlParser.h"
+#include "providers/sql/StatementParser.h"
 
 #include <charconv>
 
