@@ -31,11 +31,12 @@ public:
 
     virtual ~JournaledFiles() = default;
 
-    /// Another existing file that is changed together with the first. Throws Error{Io}.
+    /// Another existing file of the same folder, changed together with the first. Throws Error{Io}.
     virtual Number Attach(std::string_view storedPath) = 0;
-    /// A new file, which a rollback removes. Throws Error{Constraint} when it exists. Needs a write hold.
+    /// A new file of the same folder, which a rollback removes (its number then means nothing any more). Throws
+    /// Error{Constraint} when it exists. Needs a write hold.
     virtual Number Create(std::string_view storedPath) = 0;
-    /// The file is deleted at the next commit point. Needs a write hold.
+    /// The file is deleted at the next commit point; until then it reads as ever. Needs a write hold.
     virtual void Remove(Number file) = 0;
 
     /// Waits up to 60 s for a process of ours that writes; then throws Error{Io} naming file and holder. Plays a left
@@ -64,7 +65,8 @@ public:
     virtual void Rollback() = 0;
 };
 
-/// storedPath: the first file, which exists. readOnly: write holds are refused. Throws Error{Io}.
+/// storedPath: the first file, which exists. readOnly: write holds are refused. A process opens a group once: two
+/// openings of the same files wait for each other like strangers. Throws Error{Io}.
 std::unique_ptr<JournaledFiles> OpenJournaledFiles(std::string_view storedPath, bool readOnly);
 
 /// Called before each step on the disk, by every group of the process; for tests. An empty function calls nothing.
