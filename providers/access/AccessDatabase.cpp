@@ -68,9 +68,13 @@ void AccessDatabase::DropTable(std::string_view name) {
 }
 
 void AccessDatabase::RequireWritable() {
+    const PageFile& file = *schema_->File();
+    if (file.Shape().version != Version::Jet4)
+        throw Error(
+            ErrorKind::NotSupported, file.StoredPath(),
+            "'" + file.StoredPath() + "' is of a version that is only read; save it as an Access 2000 or 2003 file.");
     if (readOnly_)
-        throw Error(ErrorKind::NotSupported, schema_->File()->StoredPath(),
-                    "Cannot update. Database or object is read-only.");
+        throw Error(ErrorKind::NotSupported, file.StoredPath(), "Cannot update. Database or object is read-only.");
 }
 
 }  // namespace varnel::access
