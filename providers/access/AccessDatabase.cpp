@@ -34,7 +34,10 @@ AccessDatabase::AccessDatabase(std::string_view storedPath, const AccessOptions&
     : AccessDatabase(OpenPageFile(storedPath, options.readOnly), options) {}
 
 AccessDatabase::AccessDatabase(std::shared_ptr<PageFile> file, const AccessOptions& options)
-    : schema_(OpenSchema(std::move(file), options)), readOnly_(options.readOnly) {}
+    : schema_(OpenSchema(std::move(file), options)) {
+    if (!options.readOnly && schema_->File()->Shape().version == Version::Jet4)
+        writer_ = std::make_shared<DatabaseWriter>(schema_);
+}
 
 std::vector<std::string> AccessDatabase::TableNames() {
     return schema_->Objects().UserTables();
@@ -48,7 +51,7 @@ std::unique_ptr<TableFile> AccessDatabase::OpenTable(std::string_view name) {
     if (entry->type == kSavedQuery)
         throw Error(ErrorKind::NotSupported, entry->name, "'" + entry->name + "' is a query, not a table.");
     if (entry->type != kLocalTable) ThrowLinked(*entry);
-    return std::make_unique<AccessTable>(schema_, *entry);
+    return std::make_unique<AccessTable>(schema_, writer_, *entry);
 }
 
 std::optional<std::string> AccessDatabase::ViewText(std::string_view name) {
@@ -59,22 +62,23 @@ std::optional<std::string> AccessDatabase::ViewText(std::string_view name) {
     return QueryText(query.name, ReadQueryParts(*schema_, query));
 }
 
-void AccessDatabase::CreateTable(std::string_view name, std::span<const ColumnDefinition> /*columns*/) {
-    throw Error(ErrorKind::NotSupported, std::string(name), "Cannot update. Database or object is read-only.");
+void AccessDatabase::CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) {
+    RequireWritable();
+    writer_->CreateTable(name, columns);
 }
 
 void AccessDatabase::DropTable(std::string_view name) {
-    throw Error(ErrorKind::NotSupported, std::string(name), "Cannot update. Database or object is read-only.");
+    RequireWritable();
+    writer_->DropTable(name);
 }
 
 void AccessDatabase::RequireWritable() {
-    const PageFile& file = *schema_->File();
-    if (file.Shape().version != Version::Jet4)
-        throw Error(
-            ErrorKind::NotSupported, file.StoredPath(),
-            "'" + file.StoredPath() + "' is of a version that is only read; save it as an Access 2000 or 2003 file.");
-    if (readOnly_)
-        throw Error(ErrorKind::NotSupported, file.StoredPath(), "Cannot update. Database or object is read-only.");
+    const std::string& path = schema_->File()->StoredPath();
+    if (schema_->File()->Shape().version != Version::Jet4)
+        throw Error(ErrorKind::NotSupported, path,
+                    "'" + path + "' is of a version that is only read; save it as an Access 2000 or 2003 file");
+    if (writer_ == nullptr)
+        throw Error(ErrorKind::NotSupported, path, "Cannot update. Database or object is read-only.");
 }
 
 }  // namespace varnel::access

@@ -10,6 +10,16 @@
 //   TableReader                 rows of values
 //   TableDefinitionParser, TableProperties, Catalog, Schema   what tables there are
 //   SavedQuery                  queries kept in the file, as statements
+// And back:
+//   DatabaseWriter              everything that changes the file, one step at a time
+//   TableWriter                 rows of a table: the rules, the indexes, the long values
+//   RowBuilder, ValueEncoder,
+//   LongValueWriter             bytes of rows
+//   StoredRows, RowPages        where rows lie
+//   FilePages, UsageMapWriter   whose pages are whose
+//   TableMaker, TableDropper,
+//   CatalogWriter               tables
+//   BlankDatabase               a new file
 #pragma once
 
 #include <memory>
@@ -18,6 +28,7 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/access/DatabaseWriter.h"
 #include "providers/access/Schema.h"
 #include "providers/tablefile/TableFile.h"
 
@@ -48,7 +59,7 @@ public:
 
 private:
     std::shared_ptr<Schema> schema_;
-    bool readOnly_;
+    std::shared_ptr<DatabaseWriter> writer_;  ///< null when the database is only read
 };
 
 }  // namespace varnel::access

@@ -21,8 +21,11 @@ bool IsSameColumn(const Column& a, const Column& b) {
 
 }  // namespace
 
-AccessTable::AccessTable(std::shared_ptr<Schema> schema, const CatalogEntry& entry)
+AccessTable::AccessTable(std::shared_ptr<Schema> schema, std::shared_ptr<DatabaseWriter> writer,
+                         const CatalogEntry& entry)
     : schema_(std::move(schema)),
+      writer_(std::move(writer)),
+      entry_(entry),
       name_(entry.name),
       definition_(schema_->DefinitionOf(entry)),
       order_(ColumnOrder(*definition_)) {
@@ -54,22 +57,35 @@ std::int64_t AccessTable::CountRows() {
     return CountTableRows(*schema_->File(), *Definition());
 }
 
-void AccessTable::Append(std::span<const Value> /*values*/, const std::vector<bool>& /*assigned*/) {
-    ThrowReadOnly(name_);
+DatabaseWriter& AccessTable::Writer() {
+    if (writer_ == nullptr) ThrowReadOnly(name_);
+    if (writing_ == nullptr) writing_ = schema_->File()->HoldForWriting();
+    if (writtenState_ != schema_->State()) {
+        Definition();
+        entry_ = *schema_->Objects().Find(name_);
+        writtenState_ = schema_->State();
+    }
+    return *writer_;
 }
 
-void AccessTable::Update(RowId /*row*/, std::span<const Value> /*values*/, const std::vector<bool>& /*assigned*/) {
-    ThrowReadOnly(name_);
+void AccessTable::Append(std::span<const Value> values, const std::vector<bool>& assigned) {
+    Writer().Insert(entry_, {values, assigned, order_});
 }
 
-void AccessTable::Delete(RowId /*row*/) {
-    ThrowReadOnly(name_);
+void AccessTable::Update(RowId row, std::span<const Value> values, const std::vector<bool>& assigned) {
+    Writer().Update(entry_, UnpackRowPointer(static_cast<std::uint32_t>(row)), {values, assigned, order_});
+}
+
+void AccessTable::Delete(RowId row) {
+    Writer().Delete(entry_, UnpackRowPointer(static_cast<std::uint32_t>(row)));
 }
 
 void AccessTable::DeleteAll() {
-    ThrowReadOnly(name_);
+    Writer().DeleteAll(entry_);
 }
 
-void AccessTable::Commit() {}
+void AccessTable::Commit() {
+    if (writing_ != nullptr) writer_->Commit();
+}
 
 }  // namespace varnel::access

@@ -30,6 +30,7 @@ Schema::Schema(std::shared_ptr<PageFile> file, PageNumber catalogTable, int code
 }
 
 void Schema::Forget() {
+    ++state_;
     catalog_.reset();
     catalogDefinition_.reset();
     definitions_.clear();

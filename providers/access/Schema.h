@@ -38,6 +38,11 @@ public:
                                       std::span<const std::string_view> columns) const;
     /// Whoever changes the catalog or a definition calls this.
     void Forget();
+    /// Grows whenever the catalog or a definition may have changed. Needs a hold.
+    std::uint64_t State() {
+        DropWhatIsStale();
+        return state_;
+    }
 
 private:
     void DropWhatIsStale();
@@ -47,6 +52,7 @@ private:
     std::shared_ptr<PageFile> file_;
     PageNumber catalogTable_;
     std::optional<CodePage> codePage_;
+    std::uint64_t state_ = 0;
     std::uint64_t generation_ = 0;  ///< of the file, when the following was read
     std::optional<Catalog> catalog_;
     std::shared_ptr<const TableDefinition> catalogDefinition_;

@@ -4,8 +4,9 @@
 #include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "platform/Utf8.h"
-#include "providers/sql/JetFunctions.h"
-#include "providers/sql/JetValues.h"
+#include "providers/sql/ExpressionValues.h"
+#include "providers/sql/JetRules.h"
+#include "providers/sql/SqlFunctionTable.h"
 
 namespace varnel::sql {
 namespace {
@@ -41,18 +42,18 @@ std::int64_t CountOf(const Value& value) {
     return count;
 }
 
-void Left(JetArguments a, Value& out) {
+void Left(Arguments a, Value& out) {
     const Text text(*a[0]);
     out.SetText((*text).substr(0, OffsetOf(*text, CountOf(*a[1]))));
 }
 
-void Right(JetArguments a, Value& out) {
+void Right(Arguments a, Value& out) {
     const Text text(*a[0]);
     const auto size = static_cast<std::int64_t>(CharacterCount(*text));
     out.SetText((*text).substr(OffsetOf(*text, std::max<std::int64_t>(0, size - CountOf(*a[1])))));
 }
 
-void Mid(JetArguments a, Value& out) {
+void Mid(Arguments a, Value& out) {
     const Text text(*a[0]);
     const std::int64_t start = WholeOf(*a[1]);
     if (start < 1) ThrowBadArgument();
@@ -61,7 +62,7 @@ void Mid(JetArguments a, Value& out) {
     out.SetText(rest);
 }
 
-void Len(JetArguments a, Value& out) {
+void Len(Arguments a, Value& out) {
     const Text text(*a[0]);
     out.SetInteger(static_cast<std::int64_t>(CharacterCount(*text)));
 }
@@ -73,17 +74,17 @@ std::string_view WithoutRight(std::string_view text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 
-void LTrim(JetArguments a, Value& out) {
+void LTrim(Arguments a, Value& out) {
     out.SetText(WithoutLeft(*Text(*a[0])));
 }
-void RTrim(JetArguments a, Value& out) {
+void RTrim(Arguments a, Value& out) {
     out.SetText(WithoutRight(*Text(*a[0])));
 }
-void Trim(JetArguments a, Value& out) {
+void Trim(Arguments a, Value& out) {
     out.SetText(WithoutRight(WithoutLeft(*Text(*a[0]))));
 }
 
-void LCase(JetArguments a, Value& out) {
+void LCase(Arguments a, Value& out) {
     out.SetText(FoldCase(*Text(*a[0])));
 }
 
@@ -101,7 +102,7 @@ char32_t UpperOf(char32_t c) {
     return c;
 }
 
-void UCase(JetArguments a, Value& out) {
+void UCase(Arguments a, Value& out) {
     const Text text(*a[0]);
     std::string upper;
     for (std::size_t at = 0; at < (*text).size();) {
@@ -116,7 +117,7 @@ void UCase(JetArguments a, Value& out) {
 }
 
 /// InStr([start,] text, part [, compare]): without case unless compare is 0.
-void InStr(JetArguments a, Value& out) {
+void InStr(Arguments a, Value& out) {
     const bool hasStart = a.size() > 2 && a[0]->Kind() != ValueKind::Text;
     const std::int64_t start = hasStart ? WholeOf(*a[0]) : 1;
     if (start < 1) ThrowBadArgument();
@@ -134,13 +135,13 @@ void InStr(JetArguments a, Value& out) {
                        : static_cast<std::int64_t>(CharacterCount(std::string_view(in).substr(0, found))) + 1);
 }
 
-void Space(JetArguments a, Value& out) {
+void Space(Arguments a, Value& out) {
     const std::int64_t count = CountOf(*a[0]);
     if (count > kLongestText) ThrowBadArgument();
     out.SetText(std::string(static_cast<std::size_t>(count), ' '));
 }
 
-void StringOf(JetArguments a, Value& out) {
+void StringOf(Arguments a, Value& out) {
     const std::int64_t count = CountOf(*a[0]);
     if (count > kLongestText) ThrowBadArgument();
     std::string letter;
@@ -153,14 +154,14 @@ void StringOf(JetArguments a, Value& out) {
     out.SetText(text);
 }
 
-void StrComp(JetArguments a, Value& out) {
+void StrComp(Arguments a, Value& out) {
     const Text left(*a[0]), right(*a[1]);
     const bool exact = a.size() > 2 && WholeOf(*a[2]) == 0;
     const int order = exact ? (*left).compare(*right) : CompareTexts(*left, *right);
     out.SetInteger(order < 0 ? -1 : (order > 0 ? 1 : 0));
 }
 
-void Chr(JetArguments a, Value& out) {
+void Chr(Arguments a, Value& out) {
     const std::int64_t code = WholeOf(*a[0]);
     if (code < 0 || code > 255) ThrowBadArgument();
     const char byte = static_cast<char>(code);
@@ -172,7 +173,7 @@ void Chr(JetArguments a, Value& out) {
     out.SetText(text);
 }
 
-void ChrW(JetArguments a, Value& out) {
+void ChrW(Arguments a, Value& out) {
     const std::int64_t code = WholeOf(*a[0]);
     if (code < 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) ThrowBadArgument();
     std::string text;
@@ -180,14 +181,14 @@ void ChrW(JetArguments a, Value& out) {
     out.SetText(text);
 }
 
-void AscW(JetArguments a, Value& out) {
+void AscW(Arguments a, Value& out) {
     const Text text(*a[0]);
     if ((*text).empty()) ThrowBadArgument();
     std::size_t at = 0;
     out.SetInteger(NextCodePoint(*text, at));
 }
 
-void Asc(JetArguments a, Value& out) {
+void Asc(Arguments a, Value& out) {
     const Text text(*a[0]);
     if ((*text).empty()) ThrowBadArgument();
     std::string byte;
@@ -195,7 +196,7 @@ void Asc(JetArguments a, Value& out) {
     out.SetInteger(static_cast<unsigned char>(byte[0]));
 }
 
-void StrReverse(JetArguments a, Value& out) {
+void StrReverse(Arguments a, Value& out) {
     const Text text(*a[0]);
     std::string reversed;
     for (std::size_t end = (*text).size(); end > 0;) {
@@ -208,7 +209,7 @@ void StrReverse(JetArguments a, Value& out) {
 }
 
 /// Replace(text, find, with [, start [, count [, compare]]]): without case unless compare is 0.
-void Replace(JetArguments a, Value& out) {
+void Replace(Arguments a, Value& out) {
     const Text text(*a[0]), find(*a[1]), with(*a[2]);
     const std::int64_t start = a.size() > 3 ? WholeOf(*a[3]) : 1;
     std::int64_t left = a.size() > 4 ? WholeOf(*a[4]) : -1;
@@ -234,7 +235,7 @@ void Replace(JetArguments a, Value& out) {
     out.SetText(replaced);
 }
 
-constexpr JetFunction kFunctions[] = {
+constexpr SqlFunction kFunctions[] = {
     {"left", 2, 2, adVarWChar, false, Left},       {"right", 2, 2, adVarWChar, false, Right},
     {"mid", 2, 3, adVarWChar, false, Mid},         {"len", 1, 1, adInteger, false, Len},
     {"trim", 1, 1, adVarWChar, false, Trim},       {"ltrim", 1, 1, adVarWChar, false, LTrim},
@@ -249,7 +250,7 @@ constexpr JetFunction kFunctions[] = {
 
 }  // namespace
 
-std::span<const JetFunction> TextFunctions() {
+std::span<const SqlFunction> TextFunctions() {
     return kFunctions;
 }
 

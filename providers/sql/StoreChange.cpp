@@ -4,25 +4,30 @@
 
 #include "platform/Error.h"
 #include "providers/sql/ChosenRows.h"
+#include "providers/sql/Evaluator.h"
+#include "providers/sql/ExpressionProgram.h"
 #include "providers/sql/ExpressionWriter.h"
-#include "providers/sql/JetEvaluator.h"
-#include "providers/sql/JetProgram.h"
 #include "providers/sql/KeptRows.h"
 
 namespace varnel::sql {
-namespace {
 
-/// Changes one row after the other; a refusal says how many were changed before it.
 template <class ChangeOne>
-void ForEachRow(std::int64_t& done, ChangeOne&& changeOne) {
+void StoreChange::ChangeRows(ChangeOne&& changeOne) {
+    std::size_t done = 0;
     try {
-        while (changeOne()) ++done;
+        for (; changeOne(done); ++done) {
+            if (!unit_) clock_.RowWritten();
+        }
+        if (unit_) unit_->Commit();
     } catch (const Error& refused) {
-        if (done == 0) throw;
+        if (unit_) unit_->Rollback();
+        if (unit_ || done == 0) throw;
         throw Error(refused.kind, refused.where,
                     std::string(refused.what()) + " (" + std::to_string(done) + " rows were changed before.)");
     }
 }
+
+namespace {
 
 class StoreInsert : public StoreChange {
 public:
@@ -39,15 +44,15 @@ public:
             if (row.size() != columns_.size())
                 throw Error(ErrorKind::Syntax, insert.table,
                             "Number of query values and destination fields are not the same.");
-            for (Expr& value : row) BindConstant(value);
+            for (Expr& value : row) BindConstant(value, *table_->shape.rules);
         }
     }
 
     void Run() override {
-        std::int64_t done = 0;
-        ForEachRow(done, [&] {
-            if (done == static_cast<std::int64_t>(rows_.size())) return false;
-            Insert(rows_[static_cast<std::size_t>(done)]);
+        const UnitScope unit(*this, rows_.size() > 1);
+        ChangeRows([&](std::size_t done) {
+            if (done == rows_.size()) return false;
+            Insert(rows_[done]);
             return true;
         });
     }
@@ -55,11 +60,10 @@ public:
 private:
     void Insert(const std::vector<Expr>& row) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const Value& value = Evaluate(row[i], {{}, *markers_}, scratch_);
-            ConvertForColumn(value, table_->Columns()[columns_[i]].type, values_[columns_[i]]);
+            const Value& value = Evaluate(row[i], {*table_->shape.rules, {}, *markers_}, scratch_);
+            ConvertForColumn(*table_->shape.rules, value, table_->Columns()[columns_[i]].type, values_[columns_[i]]);
         }
         Table().Append(values_, assigned_);
-        clock_.RowWritten();
     }
 
     std::vector<std::vector<Expr>> rows_;
@@ -87,16 +91,15 @@ public:
     }
 
     void Run() override {
+        const UnitScope unit(*this, true);
         KeptRows changes(newValues_.size() + 1);
         Collect(changes);
         changes.Rewind();
         std::vector<Value> change(newValues_.size() + 1);
-        std::int64_t done = 0;
-        ForEachRow(done, [&] {
+        ChangeRows([&](std::size_t) {
             if (!changes.Next(change)) return false;
             for (std::size_t i = 0; i < newValues_.size(); ++i) std::swap(values_[newValues_[i].column], change[i + 1]);
             Table().Update(change[0].AsInteger(), values_, assigned_);
-            clock_.RowWritten();
             return true;
         });
     }
@@ -109,13 +112,15 @@ private:
 
     /// The row's id, then its new values.
     void Collect(KeptRows& changes) {
+        const ExpressionRules& rules = *table_->shape.rules;
         std::vector<Value> change(newValues_.size() + 1);
         ChosenRows rows(table_, choice_);
         while (rows.NextCertain()) {
             change[0].SetInteger(rows.Current());
             for (std::size_t i = 0; i < newValues_.size(); ++i) {
-                const Value& value = Evaluate(newValues_[i].expression, {rows.Row(), *markers_}, scratch_);
-                ConvertForColumn(value, table_->Columns()[newValues_[i].column].type, change[i + 1]);
+                const Value& value =
+                    Evaluate(newValues_[i].expression, {rules, rows.Row(), *markers_, rows.Current()}, scratch_);
+                ConvertForColumn(rules, value, table_->Columns()[newValues_[i].column].type, change[i + 1]);
             }
             changes.Add(change);
         }
@@ -139,6 +144,7 @@ public:
             Table().DeleteAll();
             return clock_.RowWritten();
         }
+        const UnitScope unit(*this, true);
         KeptRows doomed(1);
         std::vector<Value> id(1);
         {
@@ -149,11 +155,9 @@ public:
             }
         }
         doomed.Rewind();
-        std::int64_t done = 0;
-        ForEachRow(done, [&] {
+        ChangeRows([&](std::size_t) {
             if (!doomed.Next(id)) return false;
             Table().Delete(id[0].AsInteger());
-            clock_.RowWritten();
             return true;
         });
     }
@@ -164,9 +168,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<StoreChange> WriteStoreChange(std::shared_ptr<OpenStore> store, const ParsedStatement& parsed,
-                                              Markers markers) {
-    const auto open = [&](const std::string& name) { return OpenStoreTable(std::move(store), name); };
+std::unique_ptr<StoreChange> WriteStoreChange(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                              const ParsedStatement& parsed, Markers markers) {
+    const auto open = [&](const std::string& name) { return OpenStoreTable(std::move(store), rules, name); };
     if (const auto* insert = std::get_if<InsertStatement>(&parsed.body))
         return std::make_unique<StoreInsert>(open(insert->table), *insert, std::move(markers));
     if (const auto* update = std::get_if<UpdateStatement>(&parsed.body))
