@@ -129,7 +129,7 @@ FileHeader ReadFileHeader(PageFile& file) {
 
 void CheckPassword(const FileHeader& header, const std::string& given, const std::string& storedPath) {
     if (header.password == given) return;
-    throw Error(ErrorKind::Connection, storedPath, "Not a valid password: '" + storedPath + "'");
+    throw Error(ErrorKind::Connection, storedPath, "Not a valid password.");
 }
 
 }  // namespace varnel::access

@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 #include "platform/StoredPath.h"
+#include "providers/sql/AccessSource.h"
 #include "providers/sql/DataSource.h"
 #include "providers/sql/SqliteFile.h"
 #include "providers/sql/SqliteSession.h"
@@ -18,7 +19,8 @@ namespace {
 Error NotReadYet(const char* what, const std::string& path) {
     return {ErrorKind::NotSupported, path,
             std::string(what) + " '" + path +
-                "' cannot be opened: this version opens SQLite database files and folders of text files only."};
+                "' cannot be opened: this version opens Access databases, SQLite database files and folders of text "
+                "files only."};
 }
 
 /// Throws for everything at the path that is no SQLite file.
@@ -27,8 +29,6 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
     switch (format) {
         case FileFormat::Sqlite:
             return;
-        case FileFormat::Access:
-            throw NotReadYet("The Access database", path);
         case FileFormat::FoxPro:
             throw NotReadYet("The FoxPro table", path);
         default:
@@ -61,7 +61,11 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
     const std::string path = LocalPath(source.storedPath);
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {
-        RequireSqlite(source, sql::LookAtFile(path));
+        const FileFormat format = sql::LookAtFile(path);
+        const bool makesAccess = source.engine == NamedEngine::Access && source.createWhenMissing;
+        if (format == FileFormat::Access || (format == FileFormat::Missing && makesAccess))
+            return sql::OpenAccessSession(source);
+        RequireSqlite(source, format);
         const auto mode = source.createWhenMissing ? sql::OpenMode::CreateWhenMissing : sql::OpenMode::Existing;
         file = sql::SqliteFile::Open(source.storedPath, path, mode);
     }

@@ -1,6 +1,6 @@
 // SQL over files: the provider of every data source that is a file or a folder. SQLite plans and executes.
-// Today's data sources are the SQLite database file, chosen by "Provider=SQLite" and by any Access connection string
-// whose file begins with SQLite's signature, and the folder of text files.
+// The data sources are Access databases, SQLite database files (the bytes of the file decide, whatever the string
+// names) and folders of text files.
 #pragma once
 
 #include "ado/types/Provider.h"

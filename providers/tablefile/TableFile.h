@@ -28,6 +28,16 @@ public:
     virtual RowId Current() const = 0;
 };
 
+/// Changes that are kept or taken back together; those of the table's whole store, for as long as it lives.
+class TableUnit {
+public:
+    virtual ~TableUnit() = default;
+    /// A commit point. Throws Error; the changes are then still pending.
+    virtual void Commit() = 0;
+    /// Takes back everything since the unit began.
+    virtual void Rollback() = 0;
+};
+
 class TableFile {
 public:
     virtual ~TableFile() = default;
@@ -48,6 +58,8 @@ public:
     virtual void DeleteAll() = 0;
     /// A commit point: everything written so far survives the end of the process.
     virtual void Commit() = 0;
+    /// Begins a unit; what was written before becomes a commit point. Null when changes cannot be taken back.
+    virtual std::unique_ptr<TableUnit> BeginUnit() { return nullptr; }
 };
 
 inline std::optional<std::size_t> TableFile::FindColumn(std::string_view name) const {
