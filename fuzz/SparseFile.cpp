@@ -5,10 +5,10 @@
 namespace varnel {
 
 std::vector<std::uint8_t> ExpandSparseFile(std::span<const std::uint8_t> bytes, std::size_t pageSize) {
-    constexpr std::size_t kMostPages = 64, kRecordHeader = 4;
+    constexpr std::size_t kRecordHeader = 4;
     std::vector<std::uint8_t> file;
     while (bytes.size() >= kRecordHeader) {
-        const std::size_t page = bytes[0] % kMostPages;
+        const std::size_t page = bytes[0];
         const std::size_t offset = (bytes[1] | bytes[2] << 8) % pageSize;
         const std::size_t count =
             std::min({std::size_t{bytes[3]} + 1, bytes.size() - kRecordHeader, pageSize - offset});

@@ -7,8 +7,8 @@
 
 namespace varnel {
 
-/// bytes: records of u8 page, u16 offset, u8 count - 1 and count bytes; what no record names is zero. The file has the
-/// pages that are named, at most 64. A record that passes the end of its page or of bytes is cut.
+/// bytes: records of u8 page, u16 offset, u8 count - 1 and count bytes; what no record names is zero. The file ends
+/// with the last page that is named. A record that passes the end of its page or of bytes is cut.
 std::vector<std::uint8_t> ExpandSparseFile(std::span<const std::uint8_t> bytes, std::size_t pageSize);
 
 }  // namespace varnel

@@ -1,4 +1,5 @@
-// varnel-admin: makes, fills and shows repositories, and runs SQL against any connection string.
+// varnel-admin: makes, fills and shows repositories, runs SQL against any connection string, and verifies database
+// files.
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
@@ -11,6 +12,7 @@
 #include "providers/ProviderList.h"
 #include "tools/Repository.h"
 #include "tools/RunSql.h"
+#include "tools/VerifyCommand.h"
 
 namespace varnel::admin {
 namespace {
@@ -29,6 +31,8 @@ struct Arguments {
     bool csv = false;
 
     RepositoryForm Form() const { return sqlite ? RepositoryForm::Sqlite : RepositoryForm::Access; }
+    std::string database, password;
+    bool isSound = true;
 };
 
 void AddSqliteFlag(CLI::App& command, Arguments& arguments) {
@@ -86,6 +90,13 @@ void AddSql(CLI::App& app, Arguments& arguments) {
     command.callback([&] { RunSql(arguments.connection, arguments.statement, arguments.csv); });
 }
 
+void AddVerify(CLI::App& app, Arguments& arguments) {
+    auto& command = *app.add_subcommand("verify", "Look for damage in a database file");
+    command.add_option("file", arguments.database, "Access, FoxPro or SQLite file")->required();
+    command.add_option("--password", arguments.password, "Password of the database");
+    command.callback([&] { arguments.isSound = VerifyCommand(arguments.database, arguments.password); });
+}
+
 void Describe(CLI::App& app, Arguments& arguments) {
     app.set_version_flag("--version", "varnel-admin " VARNEL_VERSION);
     app.require_subcommand(1);
@@ -96,6 +107,7 @@ void Describe(CLI::App& app, Arguments& arguments) {
     AddList(app, arguments);
     AddShow(app, arguments);
     AddSql(app, arguments);
+    AddVerify(app, arguments);
 }
 
 }  // namespace
@@ -111,7 +123,7 @@ int Run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsage;
     }
-    return std::fflush(stdout) == 0 ? 0 : kFailed;
+    return std::fflush(stdout) == 0 && arguments.isSound ? 0 : kFailed;
 }
 
 }  // namespace varnel::admin

@@ -4,12 +4,18 @@
 
 #include "platform/Error.h"
 #include "providers/access/AccessTable.h"
+#include "providers/access/FileHeader.h"
 #include "providers/access/SavedQuery.h"
 
 namespace varnel::access {
 namespace {
 
-constexpr PageNumber kCatalogTable = 2;
+std::shared_ptr<Schema> OpenSchema(std::shared_ptr<PageFile> file, const AccessOptions& options) {
+    const auto hold = file->HoldForReading();
+    const FileHeader header = ReadFileHeader(*file);
+    CheckPassword(header, options.password, file->StoredPath());
+    return std::make_shared<Schema>(std::move(file), header.catalog, header.codePage);
+}
 
 [[noreturn]] void ThrowLinked(const CatalogEntry& entry) {
     const std::string there = entry.foreignName.empty() ? "" : " ('" + entry.foreignName + "' over there)";
@@ -28,7 +34,7 @@ AccessDatabase::AccessDatabase(std::string_view storedPath, const AccessOptions&
     : AccessDatabase(OpenPageFile(storedPath, options.readOnly), options) {}
 
 AccessDatabase::AccessDatabase(std::shared_ptr<PageFile> file, const AccessOptions& options)
-    : schema_(std::make_shared<Schema>(std::move(file), kCatalogTable, 1252)) {
+    : schema_(OpenSchema(std::move(file), options)) {
     if (!options.readOnly && schema_->File()->Shape().version == Version::Jet4)
         writer_ = std::make_shared<DatabaseWriter>(schema_);
 }

@@ -99,7 +99,7 @@ KeyState IndexKey::Build(std::string& key, std::span<const Value> row) const {
     return Finish(key, nulls);
 }
 
-KeyState IndexKey::BuildStored(std::string& key, RowView& row, LongValueReader& longValues) const {
+KeyState IndexKey::BuildStored(std::string& key, RowView& row, const MemoText& memo) const {
     if (!obstacle_.empty()) throw Error(ErrorKind::NotSupported, table_->name, obstacle_);
     key.clear();
     std::size_t nulls = 0;
@@ -112,29 +112,23 @@ KeyState IndexKey::BuildStored(std::string& key, RowView& row, LongValueReader& 
             AppendNullKey(key, ascending);
             ++nulls;
         } else {
-            AppendCell(key, k, row, longValues);
+            AppendCell(key, k, row, memo);
         }
     }
     return Finish(key, nulls);
 }
 
-void IndexKey::AppendCell(std::string& key, std::size_t k, RowView& row, LongValueReader& longValues) const {
+void IndexKey::AppendCell(std::string& key, std::size_t k, RowView& row, const MemoText& memo) const {
     const CellPlan& plan = plans_[k];
     const Column& column = table_->columns[positions_[k]];
+    const bool ascending = index_->columns[k].ascending;
+    if (column.IsLong()) return AppendStoredKey(key, memo(positions_[k]), column, ascending);
     const auto cell = plan.fixed ? row.Fixed(plan.place, plan.size) : row.Variable(plan.place);
-    Fault fault = cell ? nullptr : "the row is damaged";
-    std::vector<std::uint8_t> text;
-    if (cell && column.type == ColumnType::Memo) {
-        fault = longValues.Read(*cell, [&](Bytes piece) -> Fault {
-            text.insert(text.end(), piece.begin(), piece.end());
-            return nullptr;
-        });
-    }
-    if (fault != nullptr) {
+    if (!cell) {
         throw Error(ErrorKind::Corrupt, table_->name,
-                    "Column '" + column.name + "' of table '" + table_->name + "' cannot be read: " + fault);
+                    "The table '" + table_->name + "' is damaged: a row cannot be taken apart for an index.");
     }
-    AppendStoredKey(key, column.type == ColumnType::Memo ? Bytes(text) : *cell, column, index_->columns[k].ascending);
+    AppendStoredKey(key, *cell, column, ascending);
 }
 
 KeyState IndexKey::Finish(std::string& key, std::size_t nulls) const {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,7 +14,6 @@
 #include "ado/types/Value.h"
 #include "providers/access/CellDecoder.h"
 #include "providers/access/Layout.h"
-#include "providers/access/LongValueReader.h"
 #include "providers/access/RowView.h"
 #include "providers/access/TableDefinition.h"
 
@@ -49,6 +49,9 @@ enum class KeyState : std::uint8_t {
     NoEntry   ///< the row does not stand in the index
 };
 
+/// The first bytes of a memo's text, stored in whatever form, for a position in the table's columns.
+using MemoText = std::function<std::span<const std::uint8_t>(std::size_t)>;
+
 /// Builds the keys of one index. The table definition must outlive it.
 class IndexKey {
 public:
@@ -63,13 +66,13 @@ public:
     /// Replaces key by the row's key, without row id. row: one value per column of the table, in the definition's
     /// order. Throws Error{Constraint} for a null that the index forbids, Error{NotSupported} with Obstacle().
     KeyState Build(std::string& key, std::span<const Value> row) const;
-    /// The same from a stored row, exactly as it is: a date need not be one that a Value holds. longValues: for memos.
-    /// Throws also Error{Corrupt} for a row that cannot be read.
-    KeyState BuildStored(std::string& key, RowView& row, LongValueReader& longValues) const;
+    /// The same from a stored row, exactly as it is: a date need not be one that a Value holds. memo: asked for the
+    /// memos of the index. Throws also Error{Corrupt} for a row that cannot be read.
+    KeyState BuildStored(std::string& key, RowView& row, const MemoText& memo) const;
 
 private:
     void FindObstacle();
-    void AppendCell(std::string& key, std::size_t k, RowView& row, LongValueReader& longValues) const;
+    void AppendCell(std::string& key, std::size_t k, RowView& row, const MemoText& memo) const;
     KeyState Finish(std::string& key, std::size_t nulls) const;
 
     const TableDefinition* table_;

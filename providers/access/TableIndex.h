@@ -1,7 +1,6 @@
 // One index of a table while the table's rows are changed.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,9 +12,6 @@
 #include "providers/access/TableDefinition.h"
 
 namespace varnel::access {
-
-/// The first bytes of a memo's text, stored in whatever form, for a position in the table's columns.
-using MemoText = std::function<std::span<const std::uint8_t>(std::size_t)>;
 
 class TableIndex {
 public:

@@ -26,7 +26,7 @@ public:
     explicit TextKeyMaker(std::string& key) : key_(key) {}
 
     void Add(char16_t unit) {
-        const TextWeight weight = WeightOf(unit);
+        const TextWeight weight = weights_.Of(unit);
         switch (weight.kind) {
             case WeightKind::Plain:
                 AddInline(weight);
@@ -126,6 +126,7 @@ private:
         key_.append(kKanaEnd);
     }
 
+    const TextWeights& weights_ = TextWeights::Get();
     std::string& key_;
     std::size_t position_ = 0;  // weights so far
     TextWeight lastInline_;

@@ -2,19 +2,9 @@
 
 #include <algorithm>
 #include <string_view>
-#include <vector>
 
 namespace varnel::access {
 namespace {
-
-constexpr std::size_t kDirect = 0x250;  // the Latin characters are looked up by position
-
-struct Run {
-    char32_t first = 0;
-    char32_t count = 0;
-    unsigned step = 0;
-    TextWeight weight;
-};
 
 unsigned SixBits(char c) {
     if (c >= 'A' && c <= 'Z') return static_cast<unsigned>(c - 'A');
@@ -23,8 +13,10 @@ unsigned SixBits(char c) {
     return c == '+' ? 62 : 63;
 }
 
+}  // namespace
+
 /// Takes the bytes of a text in base 64 one by one.
-class PackedBytes {
+class TextWeights::PackedBytes {
 public:
     explicit PackedBytes(std::string_view text) : text_(text) {}
 
@@ -52,7 +44,7 @@ private:
     unsigned held_ = 0, bits_ = 0;
 };
 
-Run NextRun(PackedBytes& bytes, char32_t& at) {
+TextWeights::Run TextWeights::ReadRun(PackedBytes& bytes, char32_t& at) {
     Run run;
     const unsigned shape = bytes.Next(), sizes = bytes.Next();
     run.weight.kind = static_cast<WeightKind>(shape & 7);
@@ -68,15 +60,19 @@ Run NextRun(PackedBytes& bytes, char32_t& at) {
     return run;
 }
 
-std::vector<Run> ReadRuns() {
+TextWeights::TextWeights() : runs_(kTextKeyRuns) {
     PackedBytes bytes(kTextKeyData);
     char32_t at = 0;
-    std::vector<Run> runs(kTextKeyRuns);
-    for (Run& run : runs) run = NextRun(bytes, at);
-    return runs;
+    for (Run& run : runs_) run = ReadRun(bytes, at);
+    for (char32_t unit = 0; unit < direct_.size(); ++unit) direct_[unit] = Search(unit);
 }
 
-TextWeight Stepped(const Run& run, char32_t unit) {
+const TextWeights& TextWeights::Get() {
+    static const TextWeights weights;
+    return weights;
+}
+
+TextWeight TextWeights::Stepped(const Run& run, char32_t unit) {
     TextWeight weight = run.weight;
     const unsigned rise = run.step * (unit - run.first);
     if (rise == 0) return weight;
@@ -91,27 +87,12 @@ TextWeight Stepped(const Run& run, char32_t unit) {
     return weight;
 }
 
-TextWeight Search(const std::vector<Run>& runs, char32_t unit) {
-    auto after = std::upper_bound(runs.begin(), runs.end(), unit,
+TextWeight TextWeights::Search(char32_t unit) const {
+    auto after = std::upper_bound(runs_.begin(), runs_.end(), unit,
                                   [](char32_t wanted, const Run& run) { return wanted < run.first; });
-    if (after == runs.begin()) return {};
+    if (after == runs_.begin()) return {};
     const Run& run = *--after;
     return unit - run.first < run.count ? Stepped(run, unit) : TextWeight{};
-}
-
-struct Weights {
-    std::vector<Run> runs = ReadRuns();
-    std::array<TextWeight, kDirect> direct{};
-    Weights() {
-        for (char32_t unit = 0; unit < kDirect; ++unit) direct[unit] = Search(runs, unit);
-    }
-};
-
-}  // namespace
-
-TextWeight WeightOf(char16_t unit) {
-    static const Weights weights;
-    return unit < kDirect ? weights.direct[unit] : Search(weights.runs, unit);
 }
 
 }  // namespace varnel::access

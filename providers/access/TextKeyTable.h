@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace varnel::access {
 
@@ -27,8 +28,30 @@ struct TextWeight {
     std::array<std::uint8_t, 2> extra{};  ///< Combining: the amount to add; Hidden: the code
 };
 
-/// Surrogates, and whatever the table does not know, weigh Nothing.
-TextWeight WeightOf(char16_t unit);
+/// All characters' weights.
+class TextWeights {
+public:
+    static const TextWeights& Get();
+
+    /// Surrogates, and whatever the table does not know, weigh Nothing.
+    TextWeight Of(char16_t unit) const { return unit < direct_.size() ? direct_[unit] : Search(unit); }
+
+private:
+    struct Run {
+        char32_t first = 0, count = 0;
+        unsigned step = 0;
+        TextWeight weight;
+    };
+    class PackedBytes;
+
+    TextWeights();
+    static Run ReadRun(PackedBytes& bytes, char32_t& at);
+    static TextWeight Stepped(const Run& run, char32_t unit);
+    TextWeight Search(char32_t unit) const;
+
+    std::vector<Run> runs_;
+    std::array<TextWeight, 0x250> direct_{};  ///< the Latin characters, by position
+};
 
 /// The generated data, in base 64. A run is: u8 kind | inline length << 3 | step << 6; u8 extra length | weights << 2;
 /// characters skipped since the run before, and characters in the run, as numbers of 7 bits a byte, lowest first, bit 7

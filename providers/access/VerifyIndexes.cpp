@@ -69,16 +69,21 @@ private:
     }
 
     void CollectRows() {
-        LongValueReader longValues(context_.file, rows_.Pages());
         rows_.ForEach([&](RowPointer where, RowView& row) {
             Entry entry{where, ""};
             if (HasNull(row)) rowsWithNull_.insert(PackRowPointer(where));
             context_.Try([&] {
-                if (!canCompare_ ? HasEntry(row) : key_.BuildStored(entry.key, row, longValues) != KeyState::NoEntry) {
+                if (!canCompare_ ? HasEntry(row) : BuildKey(entry.key, row)) {
                     built_.push_back(std::move(entry));
                 }
             });
         });
+    }
+
+    /// False when the row has no entry.
+    bool BuildKey(std::string& key, RowView& row) {
+        const auto memo = [&](std::size_t position) { return rows_.LongValue(position, row); };
+        return key_.BuildStored(key, row, memo) != KeyState::NoEntry;
     }
 
     bool HasNull(const RowView& row) const {

@@ -7,6 +7,7 @@ VerifyRows::VerifyRows(VerifyContext& context, const TableDefinition& table)
       table_(table),
       pages_(context.file.Freeze({})),
       decoder_(context.file, *pages_, context.textPage),
+      reader_(context.file, *pages_),
       row_(context.file.Shape().version) {
     owned_ = VerifyMap(context, table.ownedMap, "the data of table '" + table.name + "'", true);
     room_ = VerifyMap(context, table.roomMap, "room in table '" + table.name + "'", false);
@@ -88,6 +89,22 @@ void VerifyRows::ReportOrphans() {
     for (const auto& [at, pointedAt] : moved_) {
         if (!pointedAt) context_.Find(PlaceOf(table_, UnpackRowPointer(at)) + ": no pointer leads to this moved row.");
     }
+}
+
+Bytes VerifyRows::LongValue(std::size_t position, RowView& row) {
+    longValue_.clear();
+    const auto cell = row.Variable(plans_[position].place);
+    const auto take = [&](Bytes piece) -> Fault {
+        longValue_.insert(longValue_.end(), piece.begin(), piece.end());
+        return nullptr;
+    };
+    const Fault fault = cell ? reader_.Read(*cell, take) : "the row is damaged";
+    if (fault != nullptr) {
+        throw Error(
+            ErrorKind::Corrupt, table_.name,
+            PlaceOf(table_) + ", column '" + table_.columns[position].name + "' cannot be read: " + fault + ".");
+    }
+    return longValue_;
 }
 
 /// Calls with the slots of all rows.

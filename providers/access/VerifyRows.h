@@ -23,7 +23,9 @@ public:
     /// Calls with every readable row: where an index names it, and its cells.
     void ForEach(const std::function<void(RowPointer, RowView&)>& onRow);
     std::size_t Count() const { return count_; }
-    PageFile::Snapshot& Pages() { return *pages_; }
+    /// The bytes of a memo or OLE object of a row, valid until the next call; throws Error{Corrupt} when they cannot be
+    /// read. position: of the column.
+    Bytes LongValue(std::size_t position, RowView& row);
 
 private:
     void CheckPage(PageNumber page);
@@ -44,6 +46,8 @@ private:
     std::vector<CellPlan> plans_;
     std::map<std::size_t, VerifyLongValues> longValues_;  ///< by position of the column
     CellDecoder decoder_;
+    LongValueReader reader_;
+    std::vector<std::uint8_t> longValue_;
     RowView row_;
     Value value_;
     std::size_t count_ = 0;

@@ -68,13 +68,13 @@ private:
     std::vector<std::string> BuiltEntries(const IndexKey& key) {
         std::vector<std::string> built;
         TableScan scan(*file_, *table_, {});
-        LongValueReader longValues(*file_, scan.Pages());
+        const MemoText noMemos = [](std::size_t) -> Bytes { throw Error(ErrorKind::Misuse, "", "a memo"); };
         RowView row(file_->Shape().version);
         std::string entry;
         while (scan.Next()) {
             EXPECT_EQ(scan.RowFault(), nullptr);
             EXPECT_EQ(row.Attach(scan.Row()), nullptr);
-            if (key.BuildStored(entry, row, longValues) == KeyState::NoEntry) continue;
+            if (key.BuildStored(entry, row, noMemos) == KeyState::NoEntry) continue;
             AppendRowId(entry, scan.Where());
             built.push_back(entry);
         }
