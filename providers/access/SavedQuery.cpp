@@ -106,11 +106,15 @@ std::string QueryWriter::Options() const {
     return text;
 }
 
-/// Without columns, and with the option, all of the source's come; then the others behind them.
+/// All of the source's when none is named.
 std::string QueryWriter::Columns() const {
+    const auto outputs = Of(kOutput);
+    if (outputs.empty()) return "*";
     std::vector<std::string> items;
-    if ((Flags() & kAllColumns) != 0 || Of(kOutput).empty()) items.emplace_back("*");
-    for (const QueryPart* part : Of(kOutput)) {
+    for (const QueryPart* part : outputs) {
+        const bool isAll = part->expression == "*" || part->expression.ends_with(".*");
+        if (isAll && outputs.size() == 1) return "*";
+        if (isAll || (Flags() & kAllColumns) != 0) Refuse("select of all columns and others");
         const std::string alias = part->name1.empty() ? "" : " AS " + Bracketed(part->name1);
         items.push_back(part->expression + alias);
     }

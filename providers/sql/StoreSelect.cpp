@@ -5,6 +5,7 @@
 
 #include "providers/sql/ComputedReader.h"
 #include "providers/sql/StoreReaders.h"
+#include "providers/sql/ViewTable.h"
 
 namespace varnel::sql {
 namespace {
@@ -35,7 +36,7 @@ ColumnInfo CountColumn(const SelectItem& item) {
 
 std::unique_ptr<RowReader> OpenStoreSelect(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
                                            const SelectStatement& select) {
-    std::shared_ptr<StoreTable> table = OpenStoreTable(std::move(store), rules, select.table, select.owner);
+    std::shared_ptr<StoreTable> table = OpenStoreSource(std::move(store), rules, select.table, select.owner);
     RowChoice choice =
         ChooseRows(*table, select.tableAlias, select.where, std::make_shared<const std::vector<Value>>());
     if (IsOrderedOrGrouped(select)) return OpenComputed(std::move(table), select, std::move(choice));

@@ -55,14 +55,20 @@ bool IsPlace(const std::string& owner) {
 
 }  // namespace
 
-std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
-                                           const std::string& name, const std::string& owner) {
+std::shared_ptr<StoreTable> StoreTableOf(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                         const std::string& name, std::unique_ptr<TableFile> file) {
     auto table = std::make_shared<StoreTable>();
     table->store = std::move(store);
-    table->file = table->store->Tables().OpenTable(IsPlace(owner) ? "[" + owner + "].[" + name + "]" : name);
+    table->file = std::move(file);
     table->shape = ShapeOf(*table->file, name);
     table->shape.rules = &rules;
     return table;
+}
+
+std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                           const std::string& name, const std::string& owner) {
+    auto file = store->Tables().OpenTable(IsPlace(owner) ? "[" + owner + "].[" + name + "]" : name);
+    return StoreTableOf(std::move(store), rules, name, std::move(file));
 }
 
 std::optional<std::size_t> ColumnNamed(const StoreTable& table, std::string_view alias, const Expr& name) {

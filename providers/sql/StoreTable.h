@@ -28,6 +28,10 @@ struct StoreTable {
 std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
                                            const std::string& name, const std::string& owner = "");
 
+/// The same of a table that is open already.
+std::shared_ptr<StoreTable> StoreTableOf(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                         const std::string& name, std::unique_ptr<TableFile> file);
+
 /// The column that a name stands for, if the name is one of this table, which the statement calls alias as well.
 std::optional<std::size_t> ColumnNamed(const StoreTable& table, std::string_view alias, const Expr& name);
 

@@ -90,8 +90,8 @@ public:
     virtual bool HasTable(std::string_view name);
     /// Throws Error when there is no such table, in the words of the format.
     virtual std::unique_ptr<TableFile> OpenTable(std::string_view name) = 0;
-    /// The SELECT statement that a query kept in the store under that name stands for; nothing when there is no such
-    /// query. Throws Error, in the words of the format, for one that cannot be read.
+    /// The SELECT statement, in Access's words, that a query kept in the store under that name stands for; nothing when
+    /// there is no such query. Throws Error, in the words of the format, for one that cannot be read.
     virtual std::optional<std::string> ViewText(std::string_view /*name*/) { return std::nullopt; }
     /// Throws Error{Constraint} when the table exists; nothing is ever overwritten.
     virtual void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) = 0;

@@ -96,6 +96,11 @@ std::unique_ptr<TableFile> MemoryStore::OpenTable(std::string_view name) {
     return std::make_unique<MemoryFile>(found->second);
 }
 
+std::optional<std::string> MemoryStore::ViewText(std::string_view name) {
+    const auto found = views_.find(name);
+    return found == views_.end() ? std::nullopt : std::optional(found->second);
+}
+
 void MemoryStore::CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) {
     if (tables_.contains(name)) throw Error(ErrorKind::Constraint, "", "exists");
     std::vector<ColumnInfo> described;

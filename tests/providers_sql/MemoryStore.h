@@ -42,12 +42,17 @@ public:
     void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) override;
     void DropTable(std::string_view name) override;
 
+    std::optional<std::string> ViewText(std::string_view name) override;
+
+    /// Keeps a query under a name.
+    void Keep(const std::string& name, const std::string& statement) { views_[name] = statement; }
     MemoryTable& Table(const std::string& name) { return *tables_.at(name); }
     /// Makes a table of these columns.
     MemoryTable& Make(const std::string& name, std::vector<ColumnInfo> columns);
 
 private:
     std::map<std::string, std::shared_ptr<MemoryTable>, std::less<>> tables_;
+    std::map<std::string, std::string, std::less<>> views_;
 };
 
 /// A session on an empty MemoryStore, with the questions of SqlTestDatabase.
