@@ -81,6 +81,7 @@ void CdxKeeper::BeforeDelete(RecordNumber number, std::span<const std::uint8_t> 
 }
 
 void CdxKeeper::Change(std::uint32_t number) {
+    if (isHalfBuilt_) Rebuild(true);
     for (std::size_t k = 0; k < tags_.size(); ++k) RequireUnique(tags_[k], k, number);
     file_.Trim();
     const bool mustRebuild = std::exchange(mustRebuild_, true);  // should a tag fail after others were changed
@@ -123,7 +124,7 @@ void CdxKeeper::Commit() {
 }
 
 void CdxKeeper::Rebuild(bool withRecords) {
-    mustRebuild_ = true;  // until it is done
+    mustRebuild_ = isHalfBuilt_ = true;  // until it is done
     std::vector<KeyShape> shapes;
     for (const Tag& tag : tags_) shapes.push_back(tag.keys.Shape());
     std::vector<std::uint8_t> key;
@@ -135,12 +136,12 @@ void CdxKeeper::Rebuild(bool withRecords) {
                  });
              });
     file_.Forget();
-    mustRebuild_ = false;
+    mustRebuild_ = isHalfBuilt_ = false;
 }
 
 /// What is in memory is dropped when the keeper resumes; what is known of the last commit point still holds.
 void CdxKeeper::RolledBack() {
-    mustRebuild_ = false;
+    mustRebuild_ = isHalfBuilt_ = false;
 }
 
 std::unique_ptr<IndexKeeper> OpenIndexKeeper(DbfFile& table) {

@@ -66,6 +66,7 @@ private:
     Known Now();
     std::optional<Known> known_;
     bool mustRebuild_ = false;  // the trees in memory are no basis for the next commit point
+    bool isHalfBuilt_ = false;  // a rebuild failed: the file holds no trees
 };
 
 }  // namespace varnel::foxpro

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "providers/foxpro/CdxFile.h"
@@ -75,5 +76,9 @@ private:
     KeyShape shape_;
     std::vector<Step> way_;
 };
+
+/// The first fault of a tree in words, "" when there is none: entries above the leaves are the last ones below them,
+/// brothers know each other, leaves lie at one depth. What CdxWalk checks is not looked at again.
+std::string FaultInTree(const CdxFile& file, CdxPage root, KeyShape shape);
 
 }  // namespace varnel::foxpro
