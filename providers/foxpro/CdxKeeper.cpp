@@ -106,8 +106,8 @@ void CdxKeeper::Change(std::uint32_t number) {
 
 void CdxKeeper::RequireDistinct(Tag& tag, std::uint32_t number, const std::string& name) {
     if (!tag.keys.IsCandidate() || !tag.after.exists || tag.before == tag.after) return;
-    const auto waiting = tag.batch.Holder(tag.after.bytes);
-    const std::optional<std::uint32_t> holder = waiting ? *waiting : tag.tree.FindRecord(tag.after.bytes);
+    std::optional<std::uint32_t> holder;
+    if (!tag.batch.FindHolder(tag.after.bytes, holder)) holder = tag.tree.FindRecord(tag.after.bytes);
     file_.Trim();
     if (!holder || *holder == number) return;
     throw Error(

@@ -13,9 +13,11 @@ void KeyBatch::Add(KeyBytes key, std::uint32_t record, bool inserts) {
     holder = inserts ? std::optional(record) : std::nullopt;
 }
 
-std::optional<std::optional<std::uint32_t>> KeyBatch::Holder(KeyBytes key) const {
+bool KeyBatch::FindHolder(KeyBytes key, std::optional<std::uint32_t>& holder) const {
     const auto found = holders_.find(std::string(key.begin(), key.end()));
-    return found == holders_.end() ? std::nullopt : std::optional(found->second);
+    if (found == holders_.end()) return false;
+    holder = found->second;
+    return true;
 }
 
 std::size_t KeyBatch::Bytes() const {

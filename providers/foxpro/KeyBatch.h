@@ -14,14 +14,14 @@ namespace varnel::foxpro {
 
 class KeyBatch {
 public:
-    /// findsHolders: whether Holder will be asked.
+    /// findsHolders: whether FindHolder will be called.
     KeyBatch(std::uint16_t keyLength, bool findsHolders) : keyLength_(keyLength), findsHolders_(findsHolders) {}
 
     void Insert(KeyBytes key, std::uint32_t record) { Add(key, record, true); }
     void Remove(KeyBytes key, std::uint32_t record) { Add(key, record, false); }
-    /// The record that has the key of a tag whose keys are distinct: outer nothing when the batch does not know, inner
-    /// nothing when it has been removed.
-    std::optional<std::optional<std::uint32_t>> Holder(KeyBytes key) const;
+    /// False when no change concerns the key. Else holder is the record that has it (keys are distinct), nothing when
+    /// it was removed.
+    bool FindHolder(KeyBytes key, std::optional<std::uint32_t>& holder) const;
     /// About, of memory.
     std::size_t Bytes() const;
     /// Makes the changes. When it throws all of them wait on; making one twice does no harm.
