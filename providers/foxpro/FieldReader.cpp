@@ -167,6 +167,12 @@ CellFault FieldReader::ReadMemo(const DbfField& field, std::string_view bytes, V
     return pieces.IsWhole() ? CellFault::None : CellFault::NotText;
 }
 
+std::uint64_t FieldReader::MemoBlock(const DbfField& field, std::span<const std::uint8_t> record) const {
+    std::uint64_t block = 0;
+    const bool isNull = field.nullBit != kNoBit && BitIsSet(field.nullBit, record);
+    return !isNull && ReadReference(AsText(record.subspan(field.offset, field.length)), block) ? block : 0;
+}
+
 CellFault FieldReader::Read(const DbfField& field, std::span<const std::uint8_t> record, Value& value) const {
     value.SetNull();
     if (field.nullBit != kNoBit && BitIsSet(field.nullBit, record)) return CellFault::None;

@@ -41,6 +41,8 @@ public:
     /// trailing blanks, blank numbers 0, empty dates Null. Returns the reason when it cannot be read; value is then
     /// Null.
     CellFault Read(const DbfField& field, std::span<const std::uint8_t> record, Value& value) const;
+    /// The block in the memo file that a memo field names; 0 for none, and for a reference that cannot be read.
+    std::uint64_t MemoBlock(const DbfField& field, std::span<const std::uint8_t> record) const;
 
 private:
     CellFault ReadStored(const DbfField& field, std::span<const std::uint8_t> record, Value& value) const;

@@ -80,6 +80,10 @@ std::optional<ContainerTable> FoxProDatabase::InContainer(std::string_view name)
     return container_->FindFile(PathOf(name));
 }
 
+bool FoxProDatabase::HasTable(std::string_view name) {
+    return InContainer(name) || FileExists(PathOf(name));
+}
+
 std::unique_ptr<TableFile> FoxProDatabase::OpenTable(std::string_view name) {
     std::optional<ContainerTable> table = InContainer(name);
     const std::string path = table ? table->dbfPath : PathOf(name);

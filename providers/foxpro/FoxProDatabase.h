@@ -29,6 +29,7 @@ public:
 
     /// The container's tables, else the stems of the folder's .dbf files.
     std::vector<std::string> TableNames() override;
+    bool HasTable(std::string_view name) override;
     /// name: of a table of the container; a file's stem, or its name with or without ".dbf"; a relative or full path
     /// with either separator. Without regard to case. Throws Error "File 'x.dbf' does not exist."
     std::unique_ptr<TableFile> OpenTable(std::string_view name) override;

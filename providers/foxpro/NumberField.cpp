@@ -62,13 +62,26 @@ CellFault ReadOdd(std::string_view text, Decimal& number) {
     }
 }
 
+/// Removes the last digit; most numbers need no 128-bit division.
+char TakeDigit(UInt128& digits) {
+    int digit = 0;
+    if (digits <= UINT64_MAX) {
+        const auto low = static_cast<std::uint64_t>(digits);
+        digit = static_cast<int>(low % 10);
+        digits = low / 10;
+    } else {
+        digit = static_cast<int>(digits % 10);
+        digits /= 10;
+    }
+    return static_cast<char>('0' + digit);
+}
+
 /// The number's digits at the scale of the field; false when it has decimals beyond that.
 bool ScaleTo(const Decimal& number, int scale, UInt128& digits, bool& overflows) {
     digits = number.magnitude;
     overflows = false;
     for (int k = number.scale; k > scale; --k) {
-        if (digits % 10 != 0) return false;
-        digits /= 10;
+        if (TakeDigit(digits) != '0') return false;
     }
     for (int k = number.scale; k < scale; ++k) {
         overflows |= digits > kMostDigits / 10;
@@ -87,14 +100,13 @@ void PutNumber(const DbfField& field, std::span<std::uint8_t> into, const Decima
                     "the number has more than " + std::to_string(field.decimals) + " decimals");
     }
     std::size_t at = into.size();
-    int left = field.decimals;
     const auto put = [&](char c) {
         overflows |= at == 0;
         if (at > 0) into[--at] = static_cast<std::uint8_t>(c);
     };
-    for (; left > 0; --left, digits /= 10) put(static_cast<char>('0' + static_cast<int>(digits % 10)));
+    for (int left = field.decimals; left > 0; --left) put(TakeDigit(digits));
     if (field.decimals > 0) put('.');
-    for (; digits != 0 && !overflows; digits /= 10) put(static_cast<char>('0' + static_cast<int>(digits % 10)));
+    while (digits != 0 && !overflows) put(TakeDigit(digits));
     // The zero before the point, where there is room for it.
     const bool isFraction = at == into.size() - (field.decimals > 0 ? field.decimals + 1u : 0u);
     if (isFraction && (field.decimals == 0 || at > (number.negative ? 1u : 0u))) put('0');

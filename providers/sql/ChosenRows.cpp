@@ -12,7 +12,7 @@ RowChoice ChooseRows(const StoreTable& table, std::string_view alias, const std:
     if (!where) return choice;
     Expr bound = *where;
     BindToRow(bound, table, alias, choice.wanted);
-    choice.condition.emplace(std::move(bound), std::move(markers));
+    choice.condition.emplace(*table.shape.rules, std::move(bound), std::move(markers));
     return choice;
 }
 
@@ -24,7 +24,7 @@ ChosenRows::ChosenRows(std::shared_ptr<StoreTable> table, RowChoice choice)
 
 bool ChosenRows::Next() {
     while (rows_->Next(row_)) {
-        const Choice choice = condition_ ? condition_->Decide(row_) : Choice::Yes;
+        const Choice choice = condition_ ? condition_->Decide(row_, rows_->Current()) : Choice::Yes;
         inDoubt_ = choice == Choice::Doubt;
         if (choice != Choice::No) return true;
     }

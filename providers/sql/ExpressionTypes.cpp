@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-#include "ado/types/ConnectionString.h"
-#include "providers/sql/JetFunctions.h"
+#include "providers/sql/SqlFunctionTable.h"
 
 namespace varnel::sql {
 namespace {
 
-DeclaredType TypeOfLiteral(const Value& literal) {
+DeclaredType TypeOfLiteral(const Value& literal, bool withTime) {
     switch (literal.Kind()) {
         case ValueKind::Boolean:
             return PlainType(adBoolean);
@@ -19,7 +18,7 @@ DeclaredType TypeOfLiteral(const Value& literal) {
         case ValueKind::Double:
             return PlainType(adDouble);
         case ValueKind::DateTime:
-            return PlainType(adDate);
+            return PlainType(withTime ? adDBTimeStamp : adDate);
         case ValueKind::Text:
             return PlainType(literal.AsText().size() > 255 ? adLongVarWChar : adVarWChar);
         default:
@@ -40,13 +39,13 @@ bool IsFloatType(DataTypeEnum type) {
 bool IsMomentType(DataTypeEnum type) {
     return type == adDate || type == adDBTimeStamp;
 }
-bool IsTextType(DataTypeEnum type) {
-    return type == adVarWChar || type == adWChar || type == adLongVarWChar;
-}
 
 DataTypeEnum TypeOfCalculation(Operator op, DataTypeEnum a, DataTypeEnum b) {
     if (op == Operator::Power || op == Operator::Divide) return adDouble;
     if (op == Operator::IntegerDivide || op == Operator::Modulo) return adInteger;
+    if (op == Operator::JoinTrimmed) return adVarWChar;
+    if (op == Operator::AddSeconds) return adDBTimeStamp;
+    if (op == Operator::SubtractSeconds) return IsMomentType(b) ? adDouble : adDBTimeStamp;
     if (IsMomentType(a) || IsMomentType(b)) return op == Operator::Subtract && IsMomentType(b) ? adDouble : adDate;
     if (IsTextType(a) && IsTextType(b)) return op == Operator::Add ? adVarWChar : adDouble;
     if (IsFloatType(a) || IsFloatType(b)) return adDouble;
@@ -65,9 +64,11 @@ DeclaredType TypeOfBinary(const Expr& e, std::span<const DeclaredType> inputs) {
     return PlainType(a == adLongVarWChar || b == adLongVarWChar ? adLongVarWChar : adVarWChar);
 }
 
-/// IIf, Switch and Choose have the type that all their outcomes share.
+/// A function that chooses has the type that all its outcomes share.
 DeclaredType TypeOfChoice(const Expr& e, std::span<const DeclaredType> inputs) {
-    const std::size_t step = EqualNoCase(e.name, "switch") ? 2 : 1;
+    const Chooses chooses = e.function->chooses;
+    if (chooses == Chooses::RowNumber) return PlainType(adInteger);
+    const std::size_t step = chooses == Chooses::FirstTrue ? 2 : 1;
     std::optional<DeclaredType> shared;
     for (std::size_t i = 1; i < e.operands.size(); i += step) {
         const Expr& outcome = e.operands[i];
@@ -81,10 +82,14 @@ DeclaredType TypeOfChoice(const Expr& e, std::span<const DeclaredType> inputs) {
 
 }  // namespace
 
+bool IsTextType(DataTypeEnum type) {
+    return type == adVarWChar || type == adWChar || type == adLongVarWChar;
+}
+
 DeclaredType TypeOfExpression(const Expr& e, std::span<const DeclaredType> inputs) {
     switch (e.kind) {
         case ExprKind::Literal:
-            return TypeOfLiteral(e.literal);
+            return TypeOfLiteral(e.literal, e.withTime);
         case ExprKind::Column:
             return inputs[e.slot];
         case ExprKind::Marker:

@@ -6,7 +6,7 @@
 #include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "providers/sql/ExpressionTypes.h"
-#include "providers/sql/JetFunctions.h"
+#include "providers/sql/SqlFunctionTable.h"
 
 namespace varnel::sql {
 
@@ -60,6 +60,7 @@ bool BindTruthWord(Expr& e) {
 
 bool IsAggregate(const Expr& e) {
     if (e.kind == ExprKind::CountAll) return true;
+    if (e.operands.size() > 1) return false;  // MAX and MIN of several values are functions
     return e.kind == ExprKind::Call && std::any_of(std::begin(kAggregateNames), std::end(kAggregateNames),
                                                    [&](auto name) { return EqualNoCase(e.name, name); });
 }
@@ -72,30 +73,28 @@ bool HasColumns(const Expr& e) {
     return (e.kind == ExprKind::Column && !e.quoted) || std::any_of(e.operands.begin(), e.operands.end(), HasColumns);
 }
 
-void BindCalls(Expr& e) {
+void BindCalls(Expr& e, const ExpressionRules& rules) {
     if (e.kind != ExprKind::Call) return;
-    e.function = FindJetFunction(e.name);
-    if (e.function == nullptr)
-        throw Error(ErrorKind::Syntax, e.name, "Undefined function '" + e.name + "' in expression.");
+    e.function = rules.function(e.name);
+    if (e.function == nullptr) throw rules.unknownFunction(e.name);
     if (e.operands.size() < e.function->least || e.operands.size() > e.function->most)
-        throw Error(ErrorKind::Syntax, e.name,
-                    "Wrong number of arguments used with function '" + e.name + "' in query expression.");
+        throw rules.wrongArguments(e.name);
 }
 
-void BindConstant(Expr& e) {
+void BindConstant(Expr& e, const ExpressionRules& rules) {
     if (e.kind == ExprKind::Column) {
         if (e.quoted) {
             e = LiteralOf(Value::OfText(e.name), e.at);
-        } else if (!BindTruthWord(e)) {
-            throw Error(ErrorKind::Syntax, e.name,
-                        "No value given for one or more required parameters. ('" + e.name + "' is unknown here.)");
+        } else if (!rules.truthWords || !BindTruthWord(e)) {
+            throw rules.unknownColumn(e.name, "");
         }
         return;
     }
     if (IsAggregate(e))
         throw Error(ErrorKind::Syntax, e.name, "Cannot have aggregate function in this place of the statement.");
-    BindCalls(e);
-    for (Expr& operand : e.operands) BindConstant(operand);
+    BindCalls(e, rules);
+    for (Expr& operand : e.operands) BindConstant(operand, rules);
+    if (rules.settle != nullptr) rules.settle(e, {});
 }
 
 ExpressionWriter::ExpressionWriter(const TableShape& table, std::string alias, SqliteStatement& into)
@@ -122,10 +121,16 @@ void ExpressionWriter::BindName(Expr& e, Inputs& inputs, bool quotedColumns) con
         e = LiteralOf(Value::OfText(e.name), e.at);
         return;
     }
-    if (!BindTruthWord(e)) NeedColumn(table_, e.owner.empty() ? e.name : e.owner + "." + e.name);
+    if (!table_.rules->truthWords || !BindTruthWord(e))
+        NeedColumn(table_, e.owner.empty() ? e.name : e.owner + "." + e.name);
 }
 
 void ExpressionWriter::Bind(Expr& e, Inputs& inputs, bool quotedColumns, bool aggregates) {
+    BindNames(e, inputs, quotedColumns, aggregates);
+    if (table_.rules->settle != nullptr) table_.rules->settle(e, inputs.types);
+}
+
+void ExpressionWriter::BindNames(Expr& e, Inputs& inputs, bool quotedColumns, bool aggregates) {
     if (e.kind == ExprKind::Column) return BindName(e, inputs, quotedColumns);
     if (aggregates && IsAggregate(e)) {
         Expr stand;
@@ -137,13 +142,14 @@ void ExpressionWriter::Bind(Expr& e, Inputs& inputs, bool quotedColumns, bool ag
     }
     if (IsAggregate(e))
         throw Error(ErrorKind::Syntax, e.name, "Cannot have aggregate function in this place of the statement.");
-    BindCalls(e);
-    for (Expr& operand : e.operands) Bind(operand, inputs, quotedColumns, aggregates);
+    BindCalls(e, *table_.rules);
+    for (Expr& operand : e.operands) BindNames(operand, inputs, quotedColumns, aggregates);
 }
 
 std::string ExpressionWriter::WriteProgram(const char* function, Expr expression, Inputs inputs,
                                            const ShapeColumn* target) {
-    auto program = std::make_unique<JetProgram>();
+    auto program = std::make_unique<ExpressionProgram>();
+    program->rules = table_.rules;
     program->expression = std::move(expression);
     program->inputs.resize(inputs.codecs.size());
     program->codecs = std::move(inputs.codecs);
@@ -190,10 +196,10 @@ WrittenExpression ExpressionWriter::Write(const Expr& expression) {
     return {WriteProgram("varnel_value", std::move(bound), std::move(inputs), nullptr), type, std::move(codec)};
 }
 
-std::string ExpressionWriter::SortKey(const WrittenExpression& written) {
+std::string ExpressionWriter::SortKey(const WrittenExpression& written) const {
     const DataTypeEnum type = written.type.type;
     const bool text = type == adVarWChar || type == adWChar || type == adLongVarWChar || type == adVariant;
-    return text ? "varnel_fold(" + written.sql + ")" : written.sql;
+    return text && table_.rules->foldsCase ? "varnel_fold(" + written.sql + ")" : written.sql;
 }
 
 std::string ExpressionWriter::WriteSortKey(const Expr& expression) {

@@ -26,9 +26,9 @@ public:
     WrittenExpression Write(const Expr& expression);
     /// A condition: 1, 0 or Null. Aggregates are allowed where aggregates is set (HAVING).
     std::string WriteCondition(const Expr& expression, bool aggregates);
-    /// A value by which rows are ordered and grouped: texts without case.
+    /// A value by which rows are ordered and grouped: texts as the dialect compares them.
     std::string WriteSortKey(const Expr& expression);
-    static std::string SortKey(const WrittenExpression& written);
+    std::string SortKey(const WrittenExpression& written) const;
     /// A value to be stored into a column.
     std::string WriteForColumn(const Expr& expression, const ShapeColumn& column);
     /// The column itself.
@@ -42,6 +42,7 @@ private:
     void WriteIndexable(const Expr& expression, std::string& sql) const;
     WrittenExpression WriteAggregate(const Expr& call);
     void Bind(Expr& expression, Inputs& inputs, bool quotedColumns, bool aggregates);
+    void BindNames(Expr& expression, Inputs& inputs, bool quotedColumns, bool aggregates);
     void BindName(Expr& expression, Inputs& inputs, bool quotedColumns) const;
     std::ptrdiff_t FindNamed(const Expr& name) const;
 
@@ -55,13 +56,12 @@ bool IsAggregate(const Expr& expression);
 bool HasAggregate(const Expr& expression);
 /// True when the expression names a column of any table (a bare word that is none is a constant or an error).
 bool HasColumns(const Expr& expression);
-/// The function's entry and the arguments' number, checked. Throws Error{Syntax} "Undefined function 'x' in
-/// expression."
-void BindCalls(Expr& expression);
+/// The function's entry and the arguments' number, checked. Throws Error{Syntax} in the dialect's words.
+void BindCalls(Expr& expression, const ExpressionRules& rules);
 /// Turns Yes, No, On and Off, written as bare words, into literals; false for everything else.
 bool BindTruthWord(Expr& expression);
 /// For an expression outside of any table: bare True/Yes/On words and quoted texts become literals; a column is an
 /// error.
-void BindConstant(Expr& expression);
+void BindConstant(Expr& expression, const ExpressionRules& rules = kJetRules);
 
 }  // namespace varnel::sql

@@ -4,8 +4,9 @@
 #include "ado/types/ConnectionString.h"
 #include "platform/Clock.h"
 #include "platform/Error.h"
-#include "providers/sql/JetFunctions.h"
-#include "providers/sql/JetValues.h"
+#include "providers/sql/CalendarParts.h"
+#include "providers/sql/ExpressionValues.h"
+#include "providers/sql/SqlFunctionTable.h"
 
 namespace varnel::sql {
 namespace {
@@ -41,12 +42,6 @@ DateTime CheckedMoment(std::int64_t days, std::int64_t micros) {
     return {static_cast<std::int32_t>(days), micros};
 }
 
-int DaysInMonth(int year, int month) {
-    static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
 /// Months carried into years; years outside 100 to 9999 are refused.
 CivilTime CarriedMonths(std::int64_t year, std::int64_t month) {
     std::int64_t months = year * 12 + month - 1;
@@ -71,7 +66,7 @@ std::int64_t BoundedCount(const Value& value) {
     return count;
 }
 
-void DateAdd(JetArguments a, Value& out) {
+void DateAdd(Arguments a, Value& out) {
     const std::int64_t count = BoundedCount(*a[1]);
     const DateTime from = MomentOf(*a[2]);
     constexpr std::int64_t kHour = 3600 * kMicrosPerSecond, kMinute = 60 * kMicrosPerSecond;
@@ -102,18 +97,13 @@ void DateAdd(JetArguments a, Value& out) {
 std::int64_t FloorDivide(std::int64_t a, std::int64_t b) {
     return a / b - (a % b < 0 ? 1 : 0);
 }
-/// 1 is Sunday; 1899-12-30 was a Saturday.
-int WeekdayOf(DateTime moment, std::int64_t first) {
-    const std::int64_t fromSunday = ((moment.days - 1) % 7 + 7) % 7;
-    return static_cast<int>((fromSunday - (first - 1) + 7) % 7) + 1;
-}
-std::int64_t FirstDayOfWeek(JetArguments a, std::size_t at) {
+std::int64_t FirstDayOfWeek(Arguments a, std::size_t at) {
     const std::int64_t first = a.size() > at ? WholeOf(*a[at]) : 1;
     if (first < 0 || first > 7) ThrowBadArgument();
     return first == 0 ? 1 : first;
 }
 
-void DateDiff(JetArguments a, Value& out) {
+void DateDiff(Arguments a, Value& out) {
     const DateTime from = MomentOf(*a[1]), to = MomentOf(*a[2]);
     const CivilTime one = ToCivil(from), two = ToCivil(to);
     const std::int64_t days = std::int64_t{to.days} - from.days;
@@ -147,13 +137,7 @@ void DateDiff(JetArguments a, Value& out) {
     }
 }
 
-int DayOfYear(DateTime moment) {
-    CivilTime first;
-    first.year = ToCivil(moment).year, first.month = 1, first.day = 1;
-    return moment.days - FromCivil(first).days + 1;
-}
-
-void DatePart(JetArguments a, Value& out) {
+void DatePart(Arguments a, Value& out) {
     const DateTime moment = MomentOf(*a[1]);
     const CivilTime civil = ToCivil(moment);
     switch (UnitOf(*a[0])) {
@@ -184,15 +168,15 @@ void DatePart(JetArguments a, Value& out) {
 }
 
 template <int CivilTime::*Field>
-void Part(JetArguments a, Value& out) {
+void Part(Arguments a, Value& out) {
     out.SetInteger(ToCivil(MomentOf(*a[0])).*Field);
 }
 
-void Weekday(JetArguments a, Value& out) {
+void Weekday(Arguments a, Value& out) {
     out.SetInteger(WeekdayOf(MomentOf(*a[0]), FirstDayOfWeek(a, 1)));
 }
 
-void DateSerial(JetArguments a, Value& out) {
+void DateSerial(Arguments a, Value& out) {
     std::int64_t year = WholeOf(*a[0]);
     if (year >= 0 && year <= 29)
         year += 2000;
@@ -203,7 +187,7 @@ void DateSerial(JetArguments a, Value& out) {
     out.SetDateTime(CheckedMoment(FromCivil(CarriedMonths(year, month)).days + day - 1, 0));
 }
 
-void TimeSerial(JetArguments a, Value& out) {
+void TimeSerial(Arguments a, Value& out) {
     std::int64_t seconds = 0;
     for (const Value* part : a) {
         const std::int64_t number = WholeOf(*part);
@@ -213,26 +197,26 @@ void TimeSerial(JetArguments a, Value& out) {
     out.SetDateTime(CheckedMoment(0, seconds * kMicrosPerSecond));
 }
 
-void NowFunction(JetArguments, Value& out) {
+void NowFunction(Arguments, Value& out) {
     out.SetDateTime(NowToTheSecond());
 }
-void DateFunction(JetArguments, Value& out) {
+void DateFunction(Arguments, Value& out) {
     out.SetDateTime({NowToTheSecond().days, 0});
 }
-void TimeFunction(JetArguments, Value& out) {
+void TimeFunction(Arguments, Value& out) {
     out.SetDateTime({0, NowToTheSecond().micros});
 }
-void CDate(JetArguments a, Value& out) {
+void CDate(Arguments a, Value& out) {
     out.SetDateTime(MomentOf(*a[0]));
 }
-void DateValue(JetArguments a, Value& out) {
+void DateValue(Arguments a, Value& out) {
     out.SetDateTime({MomentOf(*a[0]).days, 0});
 }
-void TimeValue(JetArguments a, Value& out) {
+void TimeValue(Arguments a, Value& out) {
     out.SetDateTime({0, MomentOf(*a[0]).micros});
 }
 
-constexpr JetFunction kFunctions[] = {
+constexpr SqlFunction kFunctions[] = {
     {"year", 1, 1, adInteger, false, Part<&CivilTime::year>},
     {"month", 1, 1, adInteger, false, Part<&CivilTime::month>},
     {"day", 1, 1, adInteger, false, Part<&CivilTime::day>},
@@ -256,7 +240,7 @@ constexpr JetFunction kFunctions[] = {
 
 }  // namespace
 
-std::span<const JetFunction> DateFunctions() {
+std::span<const SqlFunction> DateFunctions() {
     return kFunctions;
 }
 

@@ -10,7 +10,7 @@
 #include "ado/types/ValueConvert.h"
 #include "ado/types/ValueText.h"
 #include "platform/CodePage.h"
-#include "providers/sql/JetValues.h"
+#include "providers/sql/ExpressionValues.h"
 
 namespace varnel::sql {
 namespace {

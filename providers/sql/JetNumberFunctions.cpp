@@ -5,10 +5,10 @@
 #include "ado/types/ValueText.h"
 #include "platform/Error.h"
 #include "platform/Rounding.h"
-#include "providers/sql/JetArithmetic.h"
+#include "providers/sql/Arithmetic.h"
+#include "providers/sql/ExpressionValues.h"
 #include "providers/sql/JetFormat.h"
-#include "providers/sql/JetFunctions.h"
-#include "providers/sql/JetValues.h"
+#include "providers/sql/SqlFunctionTable.h"
 
 namespace varnel::sql {
 namespace {
@@ -18,20 +18,20 @@ namespace {
 }
 
 template <class Target>
-void ToWhole(JetArguments a, Value& out) {
+void ToWhole(Arguments a, Value& out) {
     const std::int64_t whole = WholeOf(*a[0]);
     if (whole < std::numeric_limits<Target>::min() || whole > std::numeric_limits<Target>::max()) ThrowOverflow();
     out.SetInteger(whole);
 }
 
-void CBool(JetArguments a, Value& out) {
+void CBool(Arguments a, Value& out) {
     if (a[0]->Kind() == ValueKind::Text) return ConvertValue(*a[0], adBoolean, out);
     out.SetBoolean(TruthOf(*a[0]).value_or(false));
 }
-void CDbl(JetArguments a, Value& out) {
+void CDbl(Arguments a, Value& out) {
     out.SetDouble(NumberOf(*a[0]));
 }
-void CSng(JetArguments a, Value& out) {
+void CSng(Arguments a, Value& out) {
     const auto single = static_cast<float>(NumberOf(*a[0]));
     if (std::isinf(single)) ThrowOverflow();
     out.SetSingle(single);
@@ -42,22 +42,22 @@ Decimal ExactNumber(const Value& value) {
     if (value.Kind() == ValueKind::Text && ParseDecimal(value.AsText(), number)) return number;
     return DecimalFromDouble(NumberOf(value));
 }
-void CCur(JetArguments a, Value& out) {
+void CCur(Arguments a, Value& out) {
     out.SetCurrency(CurrencyFromDecimal(ExactNumber(*a[0])));
 }
-void CDec(JetArguments a, Value& out) {
+void CDec(Arguments a, Value& out) {
     out.SetDecimal(ExactNumber(*a[0]));
 }
-void CStr(JetArguments a, Value& out) {
+void CStr(Arguments a, Value& out) {
     if (a[0]->IsNull()) throw Error(ErrorKind::Conversion, "", "Invalid use of Null");
     std::string scratch;
     out.SetText(TextOf(*a[0], scratch));
 }
-void CVar(JetArguments a, Value& out) {
+void CVar(Arguments a, Value& out) {
     out = *a[0];
 }
 
-void Str(JetArguments a, Value& out) {
+void Str(Arguments a, Value& out) {
     Value number;
     if (a[0]->Kind() == ValueKind::Boolean) number.SetInteger(a[0]->AsBoolean() ? -1 : 0);
     out.SetText(NumericText(a[0]->Kind() == ValueKind::Boolean ? number : *a[0]));
@@ -72,7 +72,7 @@ double ValOfPrefix(const std::string& text) {
 }
 
 /// Reads a number from the left of a text; blanks, tabs and line feeds do not count. Knows &H and &O.
-void Val(JetArguments a, Value& out) {
+void Val(Arguments a, Value& out) {
     std::string scratch, text;
     for (const char c : TextOf(*a[0], scratch))
         if (c != ' ' && c != '\t' && c != '\n') text += c;
@@ -114,27 +114,27 @@ void RoundBy(const Value& value, Value& out, Step&& step) {
     out.SetDouble(rounded);
 }
 
-void Int(JetArguments a, Value& out) {
+void Int(Arguments a, Value& out) {
     RoundBy(*a[0], out, [](bool negative) { return negative ? 1 : 0; });
 }
-void Fix(JetArguments a, Value& out) {
+void Fix(Arguments a, Value& out) {
     RoundBy(*a[0], out, [](bool) { return 0; });
 }
 
-void Abs(JetArguments a, Value& out) {
+void Abs(Arguments a, Value& out) {
     const bool negative = NumberOf(*a[0]) < 0;
     if (negative) return Negate(*a[0], out);
     if (a[0]->Kind() == ValueKind::Text) return out.SetDouble(NumberOf(*a[0]));
     out = *a[0];
 }
 
-void Sgn(JetArguments a, Value& out) {
+void Sgn(Arguments a, Value& out) {
     const double number = NumberOf(*a[0]);
     out.SetInteger(number < 0 ? -1 : (number > 0 ? 1 : 0));
 }
 
 /// Half to even, on the decimal digits that the number shows.
-void Round(JetArguments a, Value& out) {
+void Round(Arguments a, Value& out) {
     const std::int64_t places = a.size() > 1 ? WholeOf(*a[1]) : 0;
     if (places < 0 || places > 22) throw Error(ErrorKind::Conversion, "", "Invalid procedure call or argument");
     const double number = NumberOf(*a[0]);
@@ -147,34 +147,34 @@ void Round(JetArguments a, Value& out) {
     out.SetDouble(ToDouble(rounded));
 }
 
-void Sqr(JetArguments a, Value& out) {
+void Sqr(Arguments a, Value& out) {
     const double number = NumberOf(*a[0]);
     if (number < 0) throw Error(ErrorKind::Conversion, "", "Invalid procedure call or argument");
     out.SetDouble(std::sqrt(number));
 }
-void Exp(JetArguments a, Value& out) {
+void Exp(Arguments a, Value& out) {
     const double result = std::exp(NumberOf(*a[0]));
     if (std::isinf(result)) ThrowOverflow();
     out.SetDouble(result);
 }
-void Log(JetArguments a, Value& out) {
+void Log(Arguments a, Value& out) {
     const double number = NumberOf(*a[0]);
     if (number <= 0) throw Error(ErrorKind::Conversion, "", "Invalid procedure call or argument");
     out.SetDouble(std::log(number));
 }
 
-void IsNull(JetArguments a, Value& out) {
+void IsNull(Arguments a, Value& out) {
     out.SetBoolean(a[0]->IsNull());
 }
-void IsNumeric(JetArguments a, Value& out) {
+void IsNumeric(Arguments a, Value& out) {
     const bool reads = a[0]->Kind() == ValueKind::Text && ParseDouble(a[0]->AsText()).has_value();
     out.SetBoolean(reads || IsNumber(*a[0]));
 }
-void IsDate(JetArguments a, Value& out) {
+void IsDate(Arguments a, Value& out) {
     const bool reads = a[0]->Kind() == ValueKind::Text && ParseDateTime(a[0]->AsText()).has_value();
     out.SetBoolean(reads || a[0]->Kind() == ValueKind::DateTime);
 }
-void Nz(JetArguments a, Value& out) {
+void Nz(Arguments a, Value& out) {
     if (!a[0]->IsNull())
         out = *a[0];
     else if (a.size() > 1)
@@ -183,12 +183,12 @@ void Nz(JetArguments a, Value& out) {
         out.SetText("");
 }
 
-void Format(JetArguments a, Value& out) {
+void Format(Arguments a, Value& out) {
     std::string scratch;
     out.SetText(a.size() > 1 ? FormatValue(*a[0], TextOf(*a[1], scratch)) : std::string(TextOf(*a[0], scratch)));
 }
 
-constexpr JetFunction kFunctions[] = {
+constexpr SqlFunction kFunctions[] = {
     {"cint", 1, 1, adSmallInt, false, ToWhole<std::int16_t>},
     {"clng", 1, 1, adInteger, false, ToWhole<std::int32_t>},
     {"cbyte", 1, 1, adUnsignedTinyInt, false, ToWhole<std::uint8_t>},
@@ -218,7 +218,7 @@ constexpr JetFunction kFunctions[] = {
 
 }  // namespace
 
-std::span<const JetFunction> NumberFunctions() {
+std::span<const SqlFunction> NumberFunctions() {
     return kFunctions;
 }
 

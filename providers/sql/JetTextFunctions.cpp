@@ -4,35 +4,16 @@
 #include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "platform/Utf8.h"
-#include "providers/sql/JetFunctions.h"
-#include "providers/sql/JetValues.h"
+#include "providers/sql/ExpressionValues.h"
+#include "providers/sql/JetRules.h"
+#include "providers/sql/SqlFunctionTable.h"
+#include "providers/sql/TextParts.h"
 
 namespace varnel::sql {
 namespace {
 
-/// No function makes a longer text than this, so that a filter cannot ask for all memory.
-constexpr std::int64_t kLongestText = 16 * 1024 * 1024;
-
 [[noreturn]] void ThrowBadArgument() {
     throw Error(ErrorKind::Conversion, "", "Invalid procedure call or argument");
-}
-
-/// An argument as text, kept as long as it is needed.
-class Text {
-public:
-    explicit Text(const Value& value) : view_(TextOf(value, scratch_)) {}
-    std::string_view operator*() const { return view_; }
-
-private:
-    std::string scratch_;
-    std::string_view view_;
-};
-
-/// The byte offset of the character at position count (from 0), or the end.
-std::size_t OffsetOf(std::string_view text, std::int64_t count) {
-    std::size_t at = 0;
-    while (count > 0 && at < text.size()) NextCodePoint(text, at), --count;
-    return at;
 }
 
 std::int64_t CountOf(const Value& value) {
@@ -41,18 +22,18 @@ std::int64_t CountOf(const Value& value) {
     return count;
 }
 
-void Left(JetArguments a, Value& out) {
+void Left(Arguments a, Value& out) {
     const Text text(*a[0]);
     out.SetText((*text).substr(0, OffsetOf(*text, CountOf(*a[1]))));
 }
 
-void Right(JetArguments a, Value& out) {
+void Right(Arguments a, Value& out) {
     const Text text(*a[0]);
     const auto size = static_cast<std::int64_t>(CharacterCount(*text));
     out.SetText((*text).substr(OffsetOf(*text, std::max<std::int64_t>(0, size - CountOf(*a[1])))));
 }
 
-void Mid(JetArguments a, Value& out) {
+void Mid(Arguments a, Value& out) {
     const Text text(*a[0]);
     const std::int64_t start = WholeOf(*a[1]);
     if (start < 1) ThrowBadArgument();
@@ -61,62 +42,31 @@ void Mid(JetArguments a, Value& out) {
     out.SetText(rest);
 }
 
-void Len(JetArguments a, Value& out) {
+void Len(Arguments a, Value& out) {
     const Text text(*a[0]);
     out.SetInteger(static_cast<std::int64_t>(CharacterCount(*text)));
 }
 
-std::string_view WithoutLeft(std::string_view text) {
-    return text.substr(std::min(text.find_first_not_of(' '), text.size()));
-}
-std::string_view WithoutRight(std::string_view text) {
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
-void LTrim(JetArguments a, Value& out) {
+void LTrim(Arguments a, Value& out) {
     out.SetText(WithoutLeft(*Text(*a[0])));
 }
-void RTrim(JetArguments a, Value& out) {
+void RTrim(Arguments a, Value& out) {
     out.SetText(WithoutRight(*Text(*a[0])));
 }
-void Trim(JetArguments a, Value& out) {
+void Trim(Arguments a, Value& out) {
     out.SetText(WithoutRight(WithoutLeft(*Text(*a[0]))));
 }
 
-void LCase(JetArguments a, Value& out) {
+void LCase(Arguments a, Value& out) {
     out.SetText(FoldCase(*Text(*a[0])));
 }
 
-/// Upper case of one letter of the Latin, Greek and Cyrillic alphabets.
-char32_t UpperOf(char32_t c) {
-    if (c < 0x80) return c >= 'a' && c <= 'z' ? c - 32 : c;
-    if (c == 0xFF) return 0x178;
-    if (c >= 0xE0 && c <= 0xFE) return c == 0xF7 ? c : c - 32;
-    if ((c >= 0x100 && c <= 0x137) || (c >= 0x14A && c <= 0x177)) return c == 0x131 ? 'I' : c & ~char32_t{1};
-    if ((c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E)) return (c & 1) != 0 ? c : c - 1;
-    if (c == 0x3C2) return 0x3A3;
-    if (c >= 0x3B1 && c <= 0x3CB) return c - 32;
-    if (c >= 0x430 && c <= 0x44F) return c - 32;
-    if (c >= 0x450 && c <= 0x45F) return c - 80;
-    return c;
-}
-
-void UCase(JetArguments a, Value& out) {
-    const Text text(*a[0]);
-    std::string upper;
-    for (std::size_t at = 0; at < (*text).size();) {
-        const std::size_t start = at;
-        const char32_t c = NextCodePoint(*text, at);
-        if (c == kNoCodePoint)
-            upper += (*text)[start];
-        else
-            AppendCodePoint(upper, UpperOf(c));
-    }
-    out.SetText(upper);
+void UCase(Arguments a, Value& out) {
+    out.SetText(UpperCase(*Text(*a[0])));
 }
 
 /// InStr([start,] text, part [, compare]): without case unless compare is 0.
-void InStr(JetArguments a, Value& out) {
+void InStr(Arguments a, Value& out) {
     const bool hasStart = a.size() > 2 && a[0]->Kind() != ValueKind::Text;
     const std::int64_t start = hasStart ? WholeOf(*a[0]) : 1;
     if (start < 1) ThrowBadArgument();
@@ -134,13 +84,13 @@ void InStr(JetArguments a, Value& out) {
                        : static_cast<std::int64_t>(CharacterCount(std::string_view(in).substr(0, found))) + 1);
 }
 
-void Space(JetArguments a, Value& out) {
+void Space(Arguments a, Value& out) {
     const std::int64_t count = CountOf(*a[0]);
     if (count > kLongestText) ThrowBadArgument();
     out.SetText(std::string(static_cast<std::size_t>(count), ' '));
 }
 
-void StringOf(JetArguments a, Value& out) {
+void StringOf(Arguments a, Value& out) {
     const std::int64_t count = CountOf(*a[0]);
     if (count > kLongestText) ThrowBadArgument();
     std::string letter;
@@ -153,14 +103,14 @@ void StringOf(JetArguments a, Value& out) {
     out.SetText(text);
 }
 
-void StrComp(JetArguments a, Value& out) {
+void StrComp(Arguments a, Value& out) {
     const Text left(*a[0]), right(*a[1]);
     const bool exact = a.size() > 2 && WholeOf(*a[2]) == 0;
     const int order = exact ? (*left).compare(*right) : CompareTexts(*left, *right);
     out.SetInteger(order < 0 ? -1 : (order > 0 ? 1 : 0));
 }
 
-void Chr(JetArguments a, Value& out) {
+void Chr(Arguments a, Value& out) {
     const std::int64_t code = WholeOf(*a[0]);
     if (code < 0 || code > 255) ThrowBadArgument();
     const char byte = static_cast<char>(code);
@@ -172,7 +122,7 @@ void Chr(JetArguments a, Value& out) {
     out.SetText(text);
 }
 
-void ChrW(JetArguments a, Value& out) {
+void ChrW(Arguments a, Value& out) {
     const std::int64_t code = WholeOf(*a[0]);
     if (code < 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) ThrowBadArgument();
     std::string text;
@@ -180,14 +130,14 @@ void ChrW(JetArguments a, Value& out) {
     out.SetText(text);
 }
 
-void AscW(JetArguments a, Value& out) {
+void AscW(Arguments a, Value& out) {
     const Text text(*a[0]);
     if ((*text).empty()) ThrowBadArgument();
     std::size_t at = 0;
     out.SetInteger(NextCodePoint(*text, at));
 }
 
-void Asc(JetArguments a, Value& out) {
+void Asc(Arguments a, Value& out) {
     const Text text(*a[0]);
     if ((*text).empty()) ThrowBadArgument();
     std::string byte;
@@ -195,7 +145,7 @@ void Asc(JetArguments a, Value& out) {
     out.SetInteger(static_cast<unsigned char>(byte[0]));
 }
 
-void StrReverse(JetArguments a, Value& out) {
+void StrReverse(Arguments a, Value& out) {
     const Text text(*a[0]);
     std::string reversed;
     for (std::size_t end = (*text).size(); end > 0;) {
@@ -208,7 +158,7 @@ void StrReverse(JetArguments a, Value& out) {
 }
 
 /// Replace(text, find, with [, start [, count [, compare]]]): without case unless compare is 0.
-void Replace(JetArguments a, Value& out) {
+void Replace(Arguments a, Value& out) {
     const Text text(*a[0]), find(*a[1]), with(*a[2]);
     const std::int64_t start = a.size() > 3 ? WholeOf(*a[3]) : 1;
     std::int64_t left = a.size() > 4 ? WholeOf(*a[4]) : -1;
@@ -234,7 +184,7 @@ void Replace(JetArguments a, Value& out) {
     out.SetText(replaced);
 }
 
-constexpr JetFunction kFunctions[] = {
+constexpr SqlFunction kFunctions[] = {
     {"left", 2, 2, adVarWChar, false, Left},       {"right", 2, 2, adVarWChar, false, Right},
     {"mid", 2, 3, adVarWChar, false, Mid},         {"len", 1, 1, adInteger, false, Len},
     {"trim", 1, 1, adVarWChar, false, Trim},       {"ltrim", 1, 1, adVarWChar, false, LTrim},
@@ -249,7 +199,7 @@ constexpr JetFunction kFunctions[] = {
 
 }  // namespace
 
-std::span<const JetFunction> TextFunctions() {
+std::span<const SqlFunction> TextFunctions() {
     return kFunctions;
 }
 

@@ -40,16 +40,19 @@ enum class Choice : std::uint8_t {
 class RowCondition {
 public:
     /// bound: by BindToRow.
-    RowCondition(Expr bound, Markers markers) : condition_(std::move(bound)), markers_(std::move(markers)) {}
+    RowCondition(const ExpressionRules& rules, Expr bound, Markers markers)
+        : rules_(rules), condition_(std::move(bound)), markers_(std::move(markers)) {}
 
-    /// Throws Error{Conversion} for values that the condition cannot take ("Type mismatch in expression.").
-    Choice Decide(std::span<const Value> row);
+    /// id: the row's. Throws Error{Conversion} for values that the condition cannot take ("Type mismatch in
+    /// expression.").
+    Choice Decide(std::span<const Value> row, RowId id);
     /// Why the last row was in doubt: the words of its failed cell.
     const std::string& Reason() const { return reason_; }
 
 private:
-    Choice Judge(std::span<const Value> row);
+    Choice Judge(std::span<const Value> row, RowId id);
 
+    const ExpressionRules& rules_;
     Expr condition_;
     Markers markers_;
     Value scratch_;

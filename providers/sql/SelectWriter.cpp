@@ -58,7 +58,7 @@ private:
         const auto add = [&](const std::string& key) { keys += (keys.empty() ? " GROUP BY " : ",") + key; };
         for (const Expr& expression : select_.groupBy) add(expressions_.WriteSortKey(Resolved(expression)));
         if (select_.distinct && select_.groupBy.empty() && !HasAggregates())
-            for (const WrittenExpression& item : items_) add(ExpressionWriter::SortKey(item));
+            for (const WrittenExpression& item : items_) add(expressions_.SortKey(item));
         if (select_.having) keys += " HAVING " + expressions_.WriteCondition(*select_.having, true);
         return keys;
     }
@@ -87,7 +87,7 @@ private:
             if (position < 1 || position > static_cast<std::int64_t>(items_.size()))
                 throw Error(ErrorKind::Syntax, table_.name,
                             "Syntax error in ORDER BY clause: there is no such column.");
-            return ExpressionWriter::SortKey(items_[static_cast<std::size_t>(position - 1)]);
+            return expressions_.SortKey(items_[static_cast<std::size_t>(position - 1)]);
         }
         return expressions_.WriteSortKey(Resolved(expression));
     }

@@ -1,4 +1,4 @@
-// A statement of the Jet dialect as the parser understood it. Nothing in here knows where the tables are kept.
+// A statement as the parser understood it. Nothing in here knows where the tables are kept.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ enum class ExprKind : std::uint8_t {
     Binary,   ///< op
     Between,  ///< operands: value, one end, other end
     In,       ///< operands: value, then the list
-    Like,     ///< operands: value, pattern
+    Like,     ///< operands: value, pattern, and the escape character if one is written
     IsNull,   ///< operands: value
     Call,     ///< name, operands
     CountAll  ///< count(*)
@@ -37,12 +37,17 @@ enum class Operator : std::uint8_t {
     Modulo,
     Power,
     Join,
+    JoinTrimmed,      ///< the left text's trailing blanks go to the end of both
+    AddSeconds,       ///< to a date-time
+    SubtractSeconds,  ///< from a date-time, or between two
     Equal,
     NotEqual,
     Less,
     LessEqual,
     Greater,
     GreaterEqual,
+    ExactEqual,  ///< ==
+    Within,      ///< $: the left text occurs in the right one
     And,
     Or,
     Xor,
@@ -52,18 +57,19 @@ enum class Operator : std::uint8_t {
     Not
 };
 
-struct JetFunction;
+struct SqlFunction;
 
 struct Expr {
     ExprKind kind = ExprKind::Literal;
     Operator op = Operator::None;
-    bool negated = false;  ///< NOT of Between, In, Like and IsNull
-    bool quoted = false;   ///< a Column written in double quotes: a text when there is no such column
+    bool negated = false;   ///< NOT of Between, In, Like and IsNull
+    bool withTime = false;  ///< a Literal that is a date-time rather than a date
+    bool quoted = false;    ///< a Column written in double quotes: a text when there is no such column
     std::string name;
     std::string owner;
     Value literal;
     std::size_t slot = 0;                   ///< Marker: its number. Column: the argument it was bound to
-    const JetFunction* function = nullptr;  ///< Call: set by the binder, null for an aggregate
+    const SqlFunction* function = nullptr;  ///< Call: set by the binder, null for an aggregate
     std::vector<Expr> operands;
     std::size_t at = 0;  ///< byte offset in the statement, for error texts
 };
@@ -84,7 +90,8 @@ struct SelectStatement {
     bool everything = false;  ///< SELECT *
     std::vector<SelectItem> items;
     std::string table;
-    std::string owner;  ///< what stood before the table's name: a schema, or the folder of a text file
+    std::string wideTable;  ///< all that stands between FROM and the next clause, where that may be one name
+    std::string owner;      ///< what stood before the table's name: a schema, or the folder of a text file
     std::string tableAlias;
     std::optional<Expr> where;
     std::vector<Expr> groupBy;

@@ -3,9 +3,8 @@
 #include <memory>
 
 #include "platform/CodePage.h"
-#include "providers/sql/JetArithmetic.h"
-#include "providers/sql/JetProgram.h"
-#include "providers/sql/JetValues.h"
+#include "providers/sql/ExpressionProgram.h"
+#include "providers/sql/ExpressionValues.h"
 #include "providers/sql/SqliteHandle.h"
 
 namespace varnel::sql {
@@ -21,8 +20,8 @@ void Guard(sqlite3_context* context, Body&& body) noexcept {
     }
 }
 
-JetProgram* ProgramOf(sqlite3_context* context, sqlite3_value** arguments) {
-    auto* program = static_cast<JetProgram*>(sqlite3_value_pointer(arguments[0], kProgramPointer));
+ExpressionProgram* ProgramOf(sqlite3_context* context, sqlite3_value** arguments) {
+    auto* program = static_cast<ExpressionProgram*>(sqlite3_value_pointer(arguments[0], kProgramPointer));
     if (program == nullptr) sqlite3_result_error(context, "varnel functions cannot be called from SQL", -1);
     return program;
 }
@@ -34,7 +33,7 @@ void ReturnValue(sqlite3_context* context, const Value& value, Affinity affinity
 
 void ValueFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
     Guard(context, [&] {
-        JetProgram* program = ProgramOf(context, arguments);
+        ExpressionProgram* program = ProgramOf(context, arguments);
         if (program != nullptr) ReturnValue(context, program->Run(arguments + 1), program->resultAffinity);
     });
 }
@@ -56,36 +55,36 @@ struct Seen {
     std::int64_t count = 0;
     Value result;
 
-    void Add(Aggregate kind, const Value& value) {
+    void Add(Aggregate kind, const Value& value, const ExpressionRules& rules) {
         if (value.IsNull()) return;
         if (++count == 1) {
             if (kind == Aggregate::Sum || kind == Aggregate::Average)
-                Calculate(Operator::Add, Value::OfInteger(0), value, result);
+                rules.calculate(Operator::Add, Value::OfInteger(0), value, result);
             else
                 result = value;
             return;
         }
         if (kind == Aggregate::Sum || kind == Aggregate::Average) {
             Value sum;
-            Calculate(Operator::Add, result, value, sum);
+            rules.calculate(Operator::Add, result, value, sum);
             std::swap(result, sum);
             return;
         }
-        const int order = CompareValues(value, result).value_or(0);
+        const int order = rules.compare(value, result).value_or(0);
         if (kind == Aggregate::Least ? order < 0 : order > 0) result = value;
     }
 };
 
 void StepFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
     Guard(context, [&] {
-        JetProgram* program = ProgramOf(context, arguments);
+        ExpressionProgram* program = ProgramOf(context, arguments);
         // SQLite's memory of the group holds one pointer; FinalFunction owns what it points to.
         // NOLINTNEXTLINE(bugprone-sizeof-expression): the size of the pointer itself is meant
         auto** seen = static_cast<Seen**>(sqlite3_aggregate_context(context, sizeof(Seen*)));
         if (program == nullptr || seen == nullptr) return;
         if (*seen == nullptr) *seen = std::make_unique<Seen>().release();
         const auto kind = *static_cast<const Aggregate*>(sqlite3_user_data(context));
-        (*seen)->Add(kind, program->Run(arguments + 1));
+        (*seen)->Add(kind, program->Run(arguments + 1), *program->rules);
     });
 }
 

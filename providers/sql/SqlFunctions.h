@@ -1,4 +1,4 @@
-// What SQLite cannot do by itself, registered with a connection: varnel_value runs an expression of the Jet dialect,
+// What SQLite cannot do by itself, registered with a connection: varnel_value runs an expression of a dialect,
 // varnel_fold gives the form of a value by which texts are grouped and ordered without case.
 #pragma once
 

@@ -3,6 +3,7 @@
 #include "platform/Error.h"
 #include "platform/StoredPath.h"
 #include "providers/sql/DataSource.h"
+#include "providers/sql/FoxProSource.h"
 #include "providers/sql/SqliteFile.h"
 #include "providers/sql/SqliteSession.h"
 #include "providers/sql/TextSource.h"
@@ -18,7 +19,8 @@ namespace {
 Error NotReadYet(const char* what, const std::string& path) {
     return {ErrorKind::NotSupported, path,
             std::string(what) + " '" + path +
-                "' cannot be opened: this version opens SQLite database files and folders of text files only."};
+                "' cannot be opened: this version opens SQLite database files, FoxPro tables and folders of text files "
+                "only."};
 }
 
 /// Throws for everything at the path that is no SQLite file.
@@ -29,14 +31,11 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
             return;
         case FileFormat::Access:
             throw NotReadYet("The Access database", path);
-        case FileFormat::FoxPro:
-            throw NotReadYet("The FoxPro table", path);
         default:
             break;
     }
     if (source.engine == NamedEngine::Excel)
         throw Error(ErrorKind::NotSupported, path, "Could not find installable ISAM.");
-    if (source.engine == NamedEngine::FoxPro) throw NotReadYet("The FoxPro source", path);
     if (format == FileFormat::Missing) {
         if (source.createWhenMissing) return;
         throw Error(ErrorKind::Io, path, "Could not find file '" + path + "'.");
@@ -45,6 +44,12 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
         throw Error(ErrorKind::Io, path, "'" + path + "' is a folder, not a database file.");
     if (format == FileFormat::Empty && source.createWhenMissing) return;
     throw Error(ErrorKind::Corrupt, path, "Unrecognized database format '" + path + "'.");
+}
+
+/// By its name a FoxPro source, or by the file's bytes, which decide.
+bool IsFoxPro(const DataSource& source, const std::string& path) {
+    const FileFormat format = sql::LookAtFile(path);
+    return source.engine == NamedEngine::FoxPro ? format != FileFormat::Sqlite : format == FileFormat::FoxPro;
 }
 
 }  // namespace
@@ -59,6 +64,7 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
         throw Error(ErrorKind::Syntax, "", "Could not find file '': the connection string names no Data Source.");
     if (source.engine == NamedEngine::Text) return sql::OpenTextSession(source);
     const std::string path = LocalPath(source.storedPath);
+    if (IsFoxPro(source, path)) return sql::OpenFoxProSession(source, text);
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {
         RequireSqlite(source, sql::LookAtFile(path));

@@ -1,10 +1,10 @@
 #include "providers/sql/SqliteSession.h"
 
 #include "platform/Error.h"
-#include "providers/sql/SqlParser.h"
 #include "providers/sql/SqliteAppender.h"
 #include "providers/sql/SqlitePrepared.h"
 #include "providers/sql/SqliteReader.h"
+#include "providers/sql/StatementParser.h"
 #include "providers/sql/StatementWriter.h"
 
 namespace varnel::sql {

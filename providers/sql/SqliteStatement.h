@@ -7,7 +7,7 @@
 
 #include "ado/types/Provider.h"
 #include "providers/sql/ColumnCodec.h"
-#include "providers/sql/JetProgram.h"
+#include "providers/sql/ExpressionProgram.h"
 #include "providers/sql/SqliteFile.h"
 
 namespace varnel::sql {
@@ -25,7 +25,7 @@ struct BoundParameter {
 /// An expression that SQLite runs for every row.
 struct BoundProgram {
     int number = 0;  ///< SQLite's parameter number, from 1
-    std::unique_ptr<JetProgram> program;
+    std::unique_ptr<ExpressionProgram> program;
 };
 
 struct SqliteStatement {

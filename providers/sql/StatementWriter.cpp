@@ -1,7 +1,7 @@
 #include "providers/sql/StatementWriter.h"
 
+#include "providers/sql/Evaluator.h"
 #include "providers/sql/ExpressionWriter.h"
-#include "providers/sql/JetEvaluator.h"
 #include "providers/sql/SqlFunctions.h"
 #include "providers/sql/SqliteCatalog.h"
 
@@ -101,11 +101,11 @@ void BindParameters(const SqliteFile& file, SqliteStatement& statement, BoundVal
     Value scratch;
     for (std::size_t i = 0; i < statement.parameters.size(); ++i) {
         const BoundParameter& parameter = statement.parameters[i];
-        const Value& value = Evaluate(parameter.expression, {{}, *statement.markers}, scratch);
+        const Value& value = Evaluate(parameter.expression, {kJetRules, {}, *statement.markers}, scratch);
         if (value.IsNull() && parameter.refusesNull)
             throw Error(ErrorKind::Constraint, file.StoredPath(),
                         "The field '" + parameter.column + "' cannot contain a Null value.");
-        ConvertForColumn(value, parameter.type, buffers.values[i]);
+        ConvertForColumn(kJetRules, value, parameter.type, buffers.values[i]);
         const StoredForm form = StoreValue(buffers.values[i], parameter.affinity, buffers.texts[i]);
         if (const int code = BindForm(handle, parameter.number, form); code != SQLITE_OK) throw file.Failure(code);
     }

@@ -30,8 +30,9 @@ bool IsCounting(const std::vector<std::size_t>& columns) {
 
 }  // namespace
 
-StoreAppender::StoreAppender(std::shared_ptr<OpenStore> store, const SelectStatement& select)
-    : table_(OpenStoreTable(std::move(store), select.table, select.owner)),
+StoreAppender::StoreAppender(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                             const SelectStatement& select)
+    : table_(OpenStoreTable(std::move(store), rules, select.table, select.owner)),
       columns_(NeedPlainColumns(*table_, select)),
       described_(DescribePlain(*table_, select, columns_)),
       wholeRows_(columns_.size() == table_->Columns().size() && IsCounting(columns_)),

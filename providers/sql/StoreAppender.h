@@ -6,6 +6,7 @@
 
 #include "ado/types/Provider.h"
 #include "providers/sql/CommitClock.h"
+#include "providers/sql/ExpressionRules.h"
 #include "providers/sql/OpenStore.h"
 #include "providers/sql/SqlAst.h"
 #include "providers/sql/StoreTable.h"
@@ -15,7 +16,7 @@ namespace varnel::sql {
 class StoreAppender : public Appender {
 public:
     /// select: plain columns of one table, each once. Throws Error.
-    StoreAppender(std::shared_ptr<OpenStore> store, const SelectStatement& select);
+    StoreAppender(std::shared_ptr<OpenStore> store, const ExpressionRules& rules, const SelectStatement& select);
 
     const std::vector<ColumnInfo>& Columns() const override { return described_; }
     void Append(std::span<const Value> values, const std::vector<bool>& assigned) override;

@@ -4,9 +4,9 @@
 
 #include "platform/Error.h"
 #include "providers/sql/ChosenRows.h"
+#include "providers/sql/Evaluator.h"
+#include "providers/sql/ExpressionProgram.h"
 #include "providers/sql/ExpressionWriter.h"
-#include "providers/sql/JetEvaluator.h"
-#include "providers/sql/JetProgram.h"
 #include "providers/sql/KeptRows.h"
 
 namespace varnel::sql {
@@ -39,7 +39,7 @@ public:
             if (row.size() != columns_.size())
                 throw Error(ErrorKind::Syntax, insert.table,
                             "Number of query values and destination fields are not the same.");
-            for (Expr& value : row) BindConstant(value);
+            for (Expr& value : row) BindConstant(value, *table_->shape.rules);
         }
     }
 
@@ -55,8 +55,8 @@ public:
 private:
     void Insert(const std::vector<Expr>& row) {
         for (std::size_t i = 0; i < row.size(); ++i) {
-            const Value& value = Evaluate(row[i], {{}, *markers_}, scratch_);
-            ConvertForColumn(value, table_->Columns()[columns_[i]].type, values_[columns_[i]]);
+            const Value& value = Evaluate(row[i], {*table_->shape.rules, {}, *markers_}, scratch_);
+            ConvertForColumn(*table_->shape.rules, value, table_->Columns()[columns_[i]].type, values_[columns_[i]]);
         }
         Table().Append(values_, assigned_);
         clock_.RowWritten();
@@ -109,13 +109,15 @@ private:
 
     /// The row's id, then its new values.
     void Collect(KeptRows& changes) {
+        const ExpressionRules& rules = *table_->shape.rules;
         std::vector<Value> change(newValues_.size() + 1);
         ChosenRows rows(table_, choice_);
         while (rows.NextCertain()) {
             change[0].SetInteger(rows.Current());
             for (std::size_t i = 0; i < newValues_.size(); ++i) {
-                const Value& value = Evaluate(newValues_[i].expression, {rows.Row(), *markers_}, scratch_);
-                ConvertForColumn(value, table_->Columns()[newValues_[i].column].type, change[i + 1]);
+                const Value& value =
+                    Evaluate(newValues_[i].expression, {rules, rows.Row(), *markers_, rows.Current()}, scratch_);
+                ConvertForColumn(rules, value, table_->Columns()[newValues_[i].column].type, change[i + 1]);
             }
             changes.Add(change);
         }
@@ -164,9 +166,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<StoreChange> WriteStoreChange(std::shared_ptr<OpenStore> store, const ParsedStatement& parsed,
-                                              Markers markers) {
-    const auto open = [&](const std::string& name) { return OpenStoreTable(std::move(store), name); };
+std::unique_ptr<StoreChange> WriteStoreChange(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                              const ParsedStatement& parsed, Markers markers) {
+    const auto open = [&](const std::string& name) { return OpenStoreTable(std::move(store), rules, name); };
     if (const auto* insert = std::get_if<InsertStatement>(&parsed.body))
         return std::make_unique<StoreInsert>(open(insert->table), *insert, std::move(markers));
     if (const auto* update = std::get_if<UpdateStatement>(&parsed.body))

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "providers/sql/CommitClock.h"
+#include "providers/sql/ExpressionRules.h"
 #include "providers/sql/OpenStore.h"
 #include "providers/sql/SqlAst.h"
 #include "providers/sql/StoreTable.h"
@@ -34,7 +35,8 @@ protected:
 
 /// markers: one value per marker, to be set before each run. Throws Error: syntax, unknown table and columns; "Only
 /// INSERT, UPDATE and DELETE statements can be prepared." for others.
-std::unique_ptr<StoreChange> WriteStoreChange(std::shared_ptr<OpenStore> store, const ParsedStatement& parsed,
+std::unique_ptr<StoreChange> WriteStoreChange(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                              const ParsedStatement& parsed,
                                               std::shared_ptr<const std::vector<Value>> markers);
 
 }  // namespace varnel::sql

@@ -6,9 +6,10 @@
 
 namespace varnel::sql {
 
-StorePrepared::StorePrepared(std::shared_ptr<OpenStore> store, const ParsedStatement& parsed)
+StorePrepared::StorePrepared(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                             const ParsedStatement& parsed)
     : markers_(std::make_shared<std::vector<Value>>(parsed.markers)),
-      change_(WriteStoreChange(std::move(store), parsed, markers_)) {}
+      change_(WriteStoreChange(std::move(store), rules, parsed, markers_)) {}
 
 void StorePrepared::Execute(std::span<const Value> parameters) {
     if (parameters.size() != markers_->size())

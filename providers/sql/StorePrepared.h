@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ado/types/Provider.h"
+#include "providers/sql/ExpressionRules.h"
 #include "providers/sql/StoreChange.h"
 
 namespace varnel::sql {
@@ -12,7 +13,7 @@ namespace varnel::sql {
 class StorePrepared : public PreparedStatement {
 public:
     /// Throws Error: syntax, unknown table and columns.
-    StorePrepared(std::shared_ptr<OpenStore> store, const ParsedStatement& parsed);
+    StorePrepared(std::shared_ptr<OpenStore> store, const ExpressionRules& rules, const ParsedStatement& parsed);
 
     void Execute(std::span<const Value> parameters) override;
     void Commit() override { change_->Commit(); }

@@ -33,8 +33,9 @@ ColumnInfo CountColumn(const SelectItem& item) {
 
 }  // namespace
 
-std::unique_ptr<RowReader> OpenStoreSelect(std::shared_ptr<OpenStore> store, const SelectStatement& select) {
-    std::shared_ptr<StoreTable> table = OpenStoreTable(std::move(store), select.table, select.owner);
+std::unique_ptr<RowReader> OpenStoreSelect(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                           const SelectStatement& select) {
+    std::shared_ptr<StoreTable> table = OpenStoreTable(std::move(store), rules, select.table, select.owner);
     RowChoice choice =
         ChooseRows(*table, select.tableAlias, select.where, std::make_shared<const std::vector<Value>>());
     if (IsOrderedOrGrouped(select)) return OpenComputed(std::move(table), select, std::move(choice));

@@ -8,12 +8,14 @@
 #include <memory>
 
 #include "ado/types/Provider.h"
+#include "providers/sql/ExpressionRules.h"
 #include "providers/sql/OpenStore.h"
 #include "providers/sql/SqlAst.h"
 
 namespace varnel::sql {
 
 /// Throws Error: syntax, unknown table and columns, a read failure.
-std::unique_ptr<RowReader> OpenStoreSelect(std::shared_ptr<OpenStore> store, const SelectStatement& select);
+std::unique_ptr<RowReader> OpenStoreSelect(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                           const SelectStatement& select);
 
 }  // namespace varnel::sql

@@ -55,12 +55,13 @@ bool IsPlace(const std::string& owner) {
 
 }  // namespace
 
-std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const std::string& name,
-                                           const std::string& owner) {
+std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                           const std::string& name, const std::string& owner) {
     auto table = std::make_shared<StoreTable>();
     table->store = std::move(store);
     table->file = table->store->Tables().OpenTable(IsPlace(owner) ? "[" + owner + "].[" + name + "]" : name);
     table->shape = ShapeOf(*table->file, name);
+    table->shape.rules = &rules;
     return table;
 }
 

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/sql/ExpressionRules.h"
 #include "providers/sql/OpenStore.h"
 #include "providers/sql/SqlAst.h"
 #include "providers/sql/TableShape.h"
@@ -21,10 +22,11 @@ struct StoreTable {
     const std::vector<ColumnInfo>& Columns() const { return file->Columns(); }
 };
 
+/// rules: of the dialect in which statements over the table are written.
 /// owner: what the statement wrote before the name; it counts when it is a folder or a connection string.
 /// Throws the store's Error when there is no such table.
-std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const std::string& name,
-                                           const std::string& owner = "");
+std::shared_ptr<StoreTable> OpenStoreTable(std::shared_ptr<OpenStore> store, const ExpressionRules& rules,
+                                           const std::string& name, const std::string& owner = "");
 
 /// The column that a name stands for, if the name is one of this table, which the statement calls alias as well.
 std::optional<std::size_t> ColumnNamed(const StoreTable& table, std::string_view alias, const Expr& name);

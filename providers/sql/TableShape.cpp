@@ -29,9 +29,7 @@ std::size_t NeedColumn(const TableShape& table, std::string_view name) {
 }
 
 Error UnknownColumn(const TableShape& table, std::string_view name) {
-    return {ErrorKind::Syntax, std::string(name),
-            "No value given for one or more required parameters. (There is no column '" + std::string(name) +
-                "' in table '" + table.name + "'.)"};
+    return table.rules->unknownColumn(std::string(name), table.name);
 }
 
 }  // namespace varnel::sql

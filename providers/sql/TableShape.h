@@ -8,6 +8,7 @@
 
 #include "platform/Error.h"
 #include "providers/sql/DeclaredTypes.h"
+#include "providers/sql/ExpressionRules.h"
 #include "providers/tablefile/TableFile.h"
 
 namespace varnel::sql {
@@ -26,6 +27,8 @@ struct TableShape {
     /// The primary key's columns in order, unless the stored order is the key's order already.
     std::vector<std::string> sortKey;
 
+    /// How the table's dialect reads expressions over it.
+    const ExpressionRules* rules = &kJetRules;
     /// Where the format knows its columns by further names; null: only by those above.
     const TableFile* file = nullptr;
 
@@ -35,7 +38,7 @@ struct TableShape {
 
 /// The position of the column with this name, without regard to case; -1 when there is none.
 std::ptrdiff_t FindColumn(const TableShape& table, std::string_view name);
-/// The same; throws Error{Syntax} "No value given for one or more required parameters." with the name.
+/// The same; throws the dialect's Error{Syntax} for an unknown name.
 std::size_t NeedColumn(const TableShape& table, std::string_view name);
 /// That error.
 Error UnknownColumn(const TableShape& table, std::string_view name);

@@ -15,10 +15,17 @@ void TableStoreSession::RequireWritable() const {
     store_->Tables().RequireWritable();
 }
 
+ParsedStatement TableStoreSession::Parse(const std::string& statement) const {
+    ParsedStatement parsed = dialect_.parse(statement);
+    if (dialect_.resolve != nullptr) dialect_.resolve(parsed, store_->Tables());
+    return parsed;
+}
+
 std::unique_ptr<RowReader> TableStoreSession::Query(const std::string& statement) {
-    const ParsedStatement parsed = dialect_.parse(statement);
+    const ParsedStatement parsed = Parse(statement);
     if (parsed.markers > 0) throw Error(ErrorKind::Syntax, "", "No value given for one or more required parameters.");
-    if (const auto* select = std::get_if<SelectStatement>(&parsed.body)) return OpenStoreSelect(store_, *select);
+    if (const auto* select = std::get_if<SelectStatement>(&parsed.body))
+        return OpenStoreSelect(store_, *dialect_.rules, *select);
     Change(parsed);
     return nullptr;
 }
@@ -33,7 +40,7 @@ void TableStoreSession::Change(const ParsedStatement& parsed) {
         return store_->Tables().CreateTable(create->table, DefinitionsOf(*create));
     if (const auto* drop = std::get_if<DropTableStatement>(&parsed.body))
         return store_->Tables().DropTable(drop->table);
-    const auto change = WriteStoreChange(store_, parsed, std::make_shared<const std::vector<Value>>());
+    const auto change = WriteStoreChange(store_, *dialect_.rules, parsed, std::make_shared<const std::vector<Value>>());
     change->Run();
     change->Commit();
 }
@@ -41,15 +48,15 @@ void TableStoreSession::Change(const ParsedStatement& parsed) {
 std::unique_ptr<PreparedStatement> TableStoreSession::Prepare(const std::string& statement,
                                                               std::span<const ParameterInfo>) {
     RequireWritable();
-    return std::make_unique<StorePrepared>(store_, dialect_.parse(statement));
+    return std::make_unique<StorePrepared>(store_, *dialect_.rules, Parse(statement));
 }
 
 std::unique_ptr<Appender> TableStoreSession::OpenAppender(const std::string& selectStatement) {
     RequireWritable();
-    const ParsedStatement parsed = dialect_.parse(selectStatement);
+    const ParsedStatement parsed = Parse(selectStatement);
     const auto* select = std::get_if<SelectStatement>(&parsed.body);
     if (select == nullptr) throw Error(ErrorKind::Syntax, "", "Operation must use an updatable query.");
-    return std::make_unique<StoreAppender>(store_, *select);
+    return std::make_unique<StoreAppender>(store_, *dialect_.rules, *select);
 }
 
 bool TableStoreSession::Alive() noexcept {

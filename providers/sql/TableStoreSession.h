@@ -27,6 +27,7 @@ public:
     bool Alive() noexcept override;
 
 private:
+    ParsedStatement Parse(const std::string& statement) const;
     void RequireWritable() const;
     void Change(const ParsedStatement& parsed);
 

@@ -50,11 +50,12 @@ private:
 void AddSessionRow(const std::string& connection, const TestSession& session) {
     NewRecord record(connection, "sessions",
                      "[sessionid],[SessionName],[SourceConnStr],[TargetConnStr],[SourceDBName],[TargetDBName],"
-                     "[SrcDBFPath],[DBFPath],[logfilename],[FPattern],[FRename],[FolderName]");
+                     "[SourceType],[TargetType],[SrcDBFPath],[DBFPath],[logfilename],[FPattern],[FRename],[FolderName]");
     record.Number("sessionid", session.id).Text("SessionName", session.name);
     record.Text("SourceConnStr", session.sourceConnection).Text("TargetConnStr", session.targetConnection);
     record.Text("SourceDBName", session.sourceKind).Text("TargetDBName", session.targetKind);
-    for (const char* column : {"SrcDBFPath", "DBFPath"}) record.Text(column, "");
+    record.Text("SourceType", session.sourceType).Text("TargetType", session.targetType);
+    record.Text("SrcDBFPath", session.sourceFolder).Text("DBFPath", session.targetFolder);
     record.Text("FPattern", session.pattern).Text("FRename", session.rename).Text("FolderName", session.folder);
     record.Text("logfilename", session.log).Store();
 }

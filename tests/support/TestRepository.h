@@ -41,6 +41,8 @@ struct TestSession {
     std::string name = "Test";
     std::string sourceKind = "ACCESS", sourceConnection;
     std::string targetKind = "ACCESS", targetConnection;
+    std::string sourceType, sourceFolder;  ///< of a FoxPro source: "DIR" or "DBC", and the folder before table names
+    std::string targetType, targetFolder;
     std::string log;
     std::string folder, pattern, rename;  ///< of a polled folder
     TestTextLayout sourceText, targetText;

@@ -1,8 +1,8 @@
-#include "providers/sql/JetArithmetic.h"
+#include "providers/sql/Arithmetic.h"
 
 #include <cmath>
 
-#include "providers/sql/JetValues.h"
+#include "providers/sql/ExpressionValues.h"
 #include "providers/sql/ValueStorage.h"
 
 namespace varnel::sql {
@@ -80,14 +80,6 @@ bool CalculateExact(Operator op, const Value& a, const Value& b, Value& out) {
     return true;
 }
 
-/// \ and Mod round both sides to whole numbers first.
-void DivideWhole(Operator op, const Value& a, const Value& b, Value& out) {
-    const std::int64_t left = WholeOf(a), right = WholeOf(b);
-    if (right == 0) return out.SetNull();
-    if (right == -1) return op == Operator::Modulo ? out.SetInteger(0) : Negate(Value::OfInteger(left), out);
-    out.SetInteger(op == Operator::Modulo ? left % right : left / right);
-}
-
 double CalculateDouble(Operator op, double a, double b) {
     switch (op) {
         case Operator::Add:
@@ -105,10 +97,7 @@ double CalculateDouble(Operator op, double a, double b) {
 
 }  // namespace
 
-void Calculate(Operator op, const Value& a, const Value& b, Value& out) {
-    if (op == Operator::IntegerDivide || op == Operator::Modulo) return DivideWhole(op, a, b, out);
-    const bool texts = a.Kind() == ValueKind::Text && b.Kind() == ValueKind::Text;
-    if (texts && op == Operator::Add) return JoinTexts(a, b, out);
+void CalculateNumbers(Operator op, const Value& a, const Value& b, Value& out) {
     const bool plain = op == Operator::Add || op == Operator::Subtract || op == Operator::Multiply;
     if (plain && IsWhole(a) && IsWhole(b) && CalculateWhole(op, Whole(a), Whole(b), out)) return;
     if (plain && IsExact(a) && IsExact(b) && CalculateExact(op, a, b, out)) return;
@@ -116,13 +105,7 @@ void Calculate(Operator op, const Value& a, const Value& b, Value& out) {
     if (op == Operator::Divide && right == 0) return out.SetNull();
     const double result = CalculateDouble(op, left, right);
     if (std::isnan(result)) return out.SetNull();
-    const bool leftMoment = a.Kind() == ValueKind::DateTime, rightMoment = b.Kind() == ValueKind::DateTime;
-    const bool moment = (op == Operator::Add && (leftMoment || rightMoment)) ||
-                        (op == Operator::Subtract && leftMoment && !rightMoment);
-    if (moment)
-        out.SetDateTime(FromAutomationDate(result));
-    else
-        out.SetDouble(result);
+    out.SetDouble(result);
 }
 
 void Negate(const Value& a, Value& out) {

@@ -6,11 +6,12 @@
 
 #include "ado/types/Value.h"
 #include "providers/sql/ColumnCodec.h"
-#include "providers/sql/SqlAst.h"
+#include "providers/sql/ExpressionRules.h"
 
 namespace varnel::sql {
 
-struct JetProgram {
+struct ExpressionProgram {
+    const ExpressionRules* rules = &kJetRules;
     Expr expression;                  ///< its columns are bound to the inputs
     std::vector<ColumnCodec> codecs;  ///< one per input
     std::vector<Value> inputs;        ///< the row at hand
@@ -27,8 +28,7 @@ private:
     Value converted_;
 };
 
-/// Converts a value of the dialect to what a column of this type holds: True into a number is -1.
-/// into is not from. Throws Error{Conversion}.
-void ConvertForColumn(const Value& from, DataTypeEnum type, Value& into);
+/// Converts a value of the dialect to what a column of this type holds. into is not from. Throws Error{Conversion}.
+void ConvertForColumn(const ExpressionRules& rules, const Value& from, DataTypeEnum type, Value& into);
 
 }  // namespace varnel::sql

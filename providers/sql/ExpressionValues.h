@@ -1,4 +1,5 @@
-// How the Jet dialect takes a value as a number, a text, a moment or a truth, and how it compares two of them.
+// How an expression takes a value as a number, a text, a moment or a truth. These are the generous forms, in which a
+// text may stand for a number; a stricter dialect asks for the kind first.
 // Everything throws Error{Conversion}: "Type mismatch in expression.", "Overflow".
 #pragma once
 
@@ -29,14 +30,12 @@ bool IsExact(const Value& value);
 bool IsNumber(const Value& value);
 Decimal ExactOf(const Value& value);
 
-/// Texts without case. Negative, 0 or positive.
-int CompareTexts(std::string_view a, std::string_view b);
+/// Negative, 0 or positive, as everything that compares here.
 int CompareDecimals(const Decimal& a, const Decimal& b);
-/// Negative, 0 or positive; nothing when one is Null. A number against a text reads the text as a number, a moment
-/// against a text as a moment.
-std::optional<int> CompareValues(const Value& a, const Value& b);
-
-/// % any run, _ one character, [a-f] one of a set, [!a-f] or [^a-f] none of it; without case; nothing else is special.
-bool MatchesLike(std::string_view text, std::string_view pattern);
+/// Exact kinds exactly, everything else as doubles. Both are what NumberOf takes.
+int CompareNumbers(const Value& a, const Value& b);
+int CompareMoments(DateTime a, DateTime b);
+/// Both are bytes.
+int CompareBytes(const Value& a, const Value& b);
 
 }  // namespace varnel::sql

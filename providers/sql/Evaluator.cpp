@@ -1,14 +1,13 @@
-#include "providers/sql/JetEvaluator.h"
+#include "providers/sql/Evaluator.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 
-#include "ado/types/ConnectionString.h"
 #include "platform/Error.h"
-#include "providers/sql/JetArithmetic.h"
-#include "providers/sql/JetFunctions.h"
-#include "providers/sql/JetValues.h"
+#include "platform/Utf8.h"
+#include "providers/sql/ExpressionValues.h"
+#include "providers/sql/SqlFunctionTable.h"
 
 namespace varnel::sql {
 namespace {
@@ -27,7 +26,7 @@ std::optional<bool> Negated(std::optional<bool> truth, bool negated) {
 
 std::optional<bool> Truth(const Expr& expression, const RowContext& row) {
     Value scratch;
-    return TruthOf(Evaluate(expression, row, scratch));
+    return row.rules.truth(Evaluate(expression, row, scratch));
 }
 
 std::optional<bool> Logic(const Expr& e, const RowContext& row) {
@@ -45,32 +44,15 @@ std::optional<bool> Logic(const Expr& e, const RowContext& row) {
     return (*left != *right) == (e.op == Operator::Xor);
 }
 
-bool Holds(Operator op, int order) {
-    switch (op) {
-        case Operator::Equal:
-            return order == 0;
-        case Operator::NotEqual:
-            return order != 0;
-        case Operator::Less:
-            return order < 0;
-        case Operator::LessEqual:
-            return order <= 0;
-        case Operator::Greater:
-            return order > 0;
-        default:
-            return order >= 0;
-    }
-}
-
 std::optional<bool> Between(const Expr& e, const RowContext& row) {
     Value a, b, c;
     const Value& value = Evaluate(e.operands[0], row, a);
     const Value& one = Evaluate(e.operands[1], row, b);
     const Value& other = Evaluate(e.operands[2], row, c);
-    const std::optional<int> first = CompareValues(value, one), second = CompareValues(value, other);
+    const std::optional<int> first = row.rules.compare(value, one), second = row.rules.compare(value, other);
     if (!first || !second) return std::nullopt;
     const bool upward = *first >= 0 && *second <= 0, downward = *first <= 0 && *second >= 0;
-    return (upward || downward) != e.negated;
+    return (upward || (downward && row.rules.rangesGoBothWays)) != e.negated;
 }
 
 std::optional<bool> In(const Expr& e, const RowContext& row) {
@@ -79,12 +61,22 @@ std::optional<bool> In(const Expr& e, const RowContext& row) {
     bool unknown = false;
     for (std::size_t i = 1; i < e.operands.size(); ++i) {
         Value b;
-        const std::optional<int> order = CompareValues(value, Evaluate(e.operands[i], row, b));
+        const std::optional<int> order = row.rules.compare(value, Evaluate(e.operands[i], row, b));
         if (order == 0) return !e.negated;
         unknown = unknown || !order;
     }
     if (unknown) return std::nullopt;
     return e.negated;
+}
+
+/// The one character of an ESCAPE clause; 0 when there is none.
+char32_t EscapeOf(const Expr& e, const RowContext& row) {
+    if (e.operands.size() < 3) return 0;
+    Value a;
+    std::string scratch;
+    const std::string_view written = TextOf(Evaluate(e.operands[2], row, a), scratch);
+    std::size_t at = 0;
+    return written.empty() ? 0 : NextCodePoint(written, at);
 }
 
 std::optional<bool> Like(const Expr& e, const RowContext& row) {
@@ -93,7 +85,8 @@ std::optional<bool> Like(const Expr& e, const RowContext& row) {
     const Value& pattern = Evaluate(e.operands[1], row, b);
     if (value.IsNull() || pattern.IsNull()) return std::nullopt;
     std::string text, signs;
-    return MatchesLike(TextOf(value, text), TextOf(pattern, signs)) != e.negated;
+    return MatchesLike(row.rules.likeText(value, text), row.rules.likeText(pattern, signs), row.rules.like,
+                       EscapeOf(e, row)) != e.negated;
 }
 
 const Value& Binary(const Expr& e, const RowContext& row, Value& scratch) {
@@ -101,16 +94,12 @@ const Value& Binary(const Expr& e, const RowContext& row, Value& scratch) {
     Value left, right;
     const Value& a = Evaluate(e.operands[0], row, left);
     const Value& b = Evaluate(e.operands[1], row, right);
-    if (e.op >= Operator::Equal && e.op <= Operator::GreaterEqual) {
-        const std::optional<int> order = CompareValues(a, b);
-        return SetTruth(order ? std::optional<bool>(Holds(e.op, *order)) : std::nullopt, scratch);
-    }
-    if (e.op == Operator::Join)
-        JoinTexts(a, b, scratch);
-    else if (a.IsNull() || b.IsNull())
+    if (e.op >= Operator::Equal && e.op <= Operator::Within) return SetTruth(row.rules.holds(e.op, a, b), scratch);
+    const bool null = e.op != Operator::Join && (a.IsNull() || b.IsNull());
+    if (null)
         scratch.SetNull();
     else
-        Calculate(e.op, a, b, scratch);
+        row.rules.calculate(e.op, a, b, scratch);
     return scratch;
 }
 
@@ -121,29 +110,42 @@ const Value& Unary(const Expr& e, const RowContext& row, Value& scratch) {
     if (operand.IsNull())
         scratch.SetNull();
     else
-        Negate(operand, scratch);
+        row.rules.negate(operand, scratch);
     return scratch;
 }
 
-/// IIf, Switch and Choose work out only what they choose.
+const Value& FirstTrue(const std::vector<Expr>& options, const RowContext& row, Value& scratch) {
+    std::size_t i = 0;
+    for (; i + 1 < options.size(); i += 2)
+        if (Truth(options[i], row).value_or(false)) return Evaluate(options[i + 1], row, scratch);
+    if (i < options.size()) return Evaluate(options[i], row, scratch);
+    return scratch.SetNull(), scratch;
+}
+
+const Value& ByPosition(const std::vector<Expr>& options, const RowContext& row, Value& scratch) {
+    Value number;
+    const Value& index = Evaluate(options[0], row, number);
+    const std::int64_t chosen = index.IsNull() ? 0 : WholeOf(index);
+    if (chosen >= 1 && chosen < static_cast<std::int64_t>(options.size()))
+        return Evaluate(options[static_cast<std::size_t>(chosen)], row, scratch);
+    return scratch.SetNull(), scratch;
+}
+
+/// The functions that work out only what they choose.
 const Value& Choice(const Expr& e, const RowContext& row, Value& scratch) {
-    const std::vector<Expr>& options = e.operands;
-    if (EqualNoCase(e.name, "iif")) {
-        const bool yes = Truth(options[0], row).value_or(false);
-        return Evaluate(options[yes ? 1 : 2], row, scratch);
+    switch (e.function->chooses) {
+        case Chooses::ByCondition:
+            return Evaluate(e.operands[Truth(e.operands[0], row).value_or(false) ? 1 : 2], row, scratch);
+        case Chooses::FirstTrue:
+            return FirstTrue(e.operands, row, scratch);
+        case Chooses::ByPosition:
+            return ByPosition(e.operands, row, scratch);
+        default:
+            break;
     }
-    if (EqualNoCase(e.name, "switch")) {
-        for (std::size_t i = 0; i + 1 < options.size(); i += 2)
-            if (Truth(options[i], row).value_or(false)) return Evaluate(options[i + 1], row, scratch);
-    } else {
-        Value number;
-        const Value& index = Evaluate(options[0], row, number);
-        const std::int64_t chosen = index.IsNull() ? 0 : WholeOf(index);
-        if (chosen >= 1 && chosen < static_cast<std::int64_t>(options.size()))
-            return Evaluate(options[static_cast<std::size_t>(chosen)], row, scratch);
-    }
-    scratch.SetNull();
-    return scratch;
+    if (row.number == 0)
+        throw Error(ErrorKind::NotSupported, e.name, e.name + "() can be used in a WHERE condition only.");
+    return scratch.SetInteger(row.number), scratch;
 }
 
 const Value& Call(const Expr& e, const RowContext& row, Value& scratch) {
@@ -165,6 +167,24 @@ const Value& Readable(const Value& value) {
 }
 
 }  // namespace
+
+bool OrderHolds(Operator op, int order) {
+    switch (op) {
+        case Operator::Equal:
+        case Operator::ExactEqual:
+            return order == 0;
+        case Operator::NotEqual:
+            return order != 0;
+        case Operator::Less:
+            return order < 0;
+        case Operator::LessEqual:
+            return order <= 0;
+        case Operator::Greater:
+            return order > 0;
+        default:
+            return order >= 0;
+    }
+}
 
 const Value& Evaluate(const Expr& e, const RowContext& row, Value& scratch) {
     switch (e.kind) {

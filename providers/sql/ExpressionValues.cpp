@@ -1,61 +1,23 @@
-#include "providers/sql/JetValues.h"
+#include "providers/sql/ExpressionValues.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "ado/types/ValueConvert.h"
 #include "ado/types/ValueText.h"
-#include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "platform/Rounding.h"
 
 namespace varnel::sql {
 namespace {
 
-int Sign(double number) {
-    return number < 0 ? -1 : (number > 0 ? 1 : 0);
-}
-
 template <class T>
 int Order(const T& a, const T& b) {
     return a < b ? -1 : (b < a ? 1 : 0);
 }
 
-bool IsAsciiText(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-unsigned char Lower(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + 32) : byte;
-}
-
-int CompareAscii(std::string_view a, std::string_view b) {
-    const std::size_t common = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        const int difference = Lower(a[i]) - Lower(b[i]);
-        if (difference != 0) return difference;
-    }
-    return Order(a.size(), b.size());
-}
-
-std::string_view AsBytesView(const Value& value) {
+std::string_view BytesOf(const Value& value) {
     const auto bytes = value.AsBytes();
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-int CompareWithGuid(const Value& guid, const Value& other) {
-    GuidBytes parsed;
-    if (other.Kind() == ValueKind::Guid) return Order(guid.AsGuid(), other.AsGuid());
-    if (other.Kind() != ValueKind::Text) ThrowTypeMismatch();
-    if (ParseGuid(other.AsText(), parsed)) return Order(guid.AsGuid(), parsed);
-    return CompareTexts(DefaultText(guid), other.AsText());
-}
-
-int CompareNumbers(const Value& a, const Value& b) {
-    if (a.Kind() == ValueKind::Integer && b.Kind() == ValueKind::Integer) return Order(a.AsInteger(), b.AsInteger());
-    if (IsExact(a) && IsExact(b)) return CompareDecimals(ExactOf(a), ExactOf(b));
-    return Order(NumberOf(a), NumberOf(b));
 }
 
 }  // namespace
@@ -155,11 +117,6 @@ std::optional<bool> TruthOf(const Value& value) {
     return NumberOf(value) != 0;
 }
 
-int CompareTexts(std::string_view a, std::string_view b) {
-    if (IsAsciiText(a) && IsAsciiText(b)) return CompareAscii(a, b);
-    return FoldCase(a).compare(FoldCase(b));
-}
-
 int CompareDecimals(const Decimal& a, const Decimal& b) {
     if (a.negative != b.negative) return a.negative ? -1 : 1;
     UInt128 left = a.magnitude, right = b.magnitude;
@@ -172,18 +129,18 @@ int CompareDecimals(const Decimal& a, const Decimal& b) {
     return a.negative ? -order : order;
 }
 
-std::optional<int> CompareValues(const Value& a, const Value& b) {
-    if (a.IsNull() || b.IsNull()) return std::nullopt;
-    const ValueKind left = a.Kind(), right = b.Kind();
-    if (left == ValueKind::Text && right == ValueKind::Text) return CompareTexts(a.AsText(), b.AsText());
-    if (left == ValueKind::Guid) return CompareWithGuid(a, b);
-    if (right == ValueKind::Guid) return -CompareWithGuid(b, a);
-    if (left == ValueKind::Bytes && right == ValueKind::Bytes) return AsBytesView(a).compare(AsBytesView(b));
-    const bool moments = left == ValueKind::DateTime || right == ValueKind::DateTime;
-    const bool numbers = IsNumber(a) || IsNumber(b);
-    if (moments && !numbers) return Order(MomentOf(a), MomentOf(b));
-    if (moments) return Sign(NumberOf(a) - NumberOf(b));
-    return CompareNumbers(a, b);
+int CompareMoments(DateTime a, DateTime b) {
+    return Order(a, b);
+}
+
+int CompareBytes(const Value& a, const Value& b) {
+    return BytesOf(a).compare(BytesOf(b));
+}
+
+int CompareNumbers(const Value& a, const Value& b) {
+    if (a.Kind() == ValueKind::Integer && b.Kind() == ValueKind::Integer) return Order(a.AsInteger(), b.AsInteger());
+    if (IsExact(a) && IsExact(b)) return CompareDecimals(ExactOf(a), ExactOf(b));
+    return Order(NumberOf(a), NumberOf(b));
 }
 
 }  // namespace varnel::sql

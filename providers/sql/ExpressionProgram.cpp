@@ -1,9 +1,9 @@
-#include "providers/sql/JetProgram.h"
+#include "providers/sql/ExpressionProgram.h"
 
 #include <cmath>
 
 #include "ado/types/ValueConvert.h"
-#include "providers/sql/JetEvaluator.h"
+#include "providers/sql/Evaluator.h"
 
 namespace varnel::sql {
 namespace {
@@ -18,22 +18,22 @@ bool IsBeyondDecimals(const Value& value) {
 
 }  // namespace
 
-const Value& JetProgram::Run(sqlite3_value** arguments) {
+const Value& ExpressionProgram::Run(sqlite3_value** arguments) {
     for (std::size_t i = 0; i < codecs.size(); ++i) codecs[i].Decode(arguments[i], inputs[i]);
-    const Value& result = Evaluate(expression, {inputs, *markers}, scratch_);
+    const Value& result = Evaluate(expression, {*rules, inputs, *markers}, scratch_);
     if (resultType == adVariant) return result;
-    ConvertForColumn(result, resultType, converted_);
+    ConvertForColumn(*rules, result, resultType, converted_);
     return converted_;
 }
 
-void ConvertForColumn(const Value& from, DataTypeEnum type, Value& into) {
+void ConvertForColumn(const ExpressionRules& rules, const Value& from, DataTypeEnum type, Value& into) {
     if (type == adVarNumeric && IsBeyondDecimals(from)) {
         into = from;
         return;
     }
     const bool truthIntoNumber = from.Kind() == ValueKind::Boolean && type != adBoolean && type != adVariant;
     if (!truthIntoNumber) return ConvertValue(from, type, into);
-    ConvertValue(Value::OfInteger(from.AsBoolean() ? -1 : 0), type, into);
+    ConvertValue(Value::OfInteger(from.AsBoolean() ? rules.truthAsNumber : 0), type, into);
 }
 
 }  // namespace varnel::sql
