@@ -42,7 +42,7 @@ CdxKeeper::Known CdxKeeper::Now() {
 void CdxKeeper::OpenTags() {
     tags_.clear();
     for (std::size_t k = 0; k < file_.Tags().size(); ++k) {
-        TagKeys keys(file_.Tags()[k], header_, fields_);
+        TagKeys keys(file_.Tags()[k], header_, fields_, "'" + table_.Name() + "' cannot be changed: ");
         const KeyShape shape = keys.Shape();
         const bool mustBeDistinct = keys.IsCandidate();
         tags_.push_back({std::move(keys), CdxTree(file_, k, shape), KeyBatch(shape.length, mustBeDistinct), {}, {}});
@@ -54,7 +54,8 @@ void CdxKeeper::CompareWithRecords() {
         const std::string difference = DifferenceOf(file_, k, tags_[k].keys, table_);
         if (difference.empty()) continue;
         throw Error(ErrorKind::NotSupported, table_.Name(),
-                    "Index tag " + file_.Tags()[k].name + " does not match the table: " + difference + ".");
+                    "'" + table_.Name() + "' cannot be changed: index tag " + file_.Tags()[k].name +
+                        " does not match the table: " + difference + ".");
     }
 }
 
