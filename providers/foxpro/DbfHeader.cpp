@@ -48,6 +48,7 @@ public:
     DbfHeader Read() {
         ReadVersion();
         ReadNumbers();
+        CheckEncryption();
         ReadCodePage();
         ReadFields();
         FitFields();
@@ -109,6 +110,12 @@ private:
             Refuse("its head claims " + std::to_string(header_.headerBytes) + " bytes");
         }
         if (header_.recordBytes == 0) Refuse("its records claim to have no bytes");
+    }
+
+    void CheckEncryption() const {
+        constexpr std::size_t kEncryptedAt = 15;
+        if (header_.memo != MemoKind::Dbt4 || bytes_.U8(kEncryptedAt) != 1) return;
+        throw Error(ErrorKind::NotSupported, fileName_, "'" + fileName_ + "' is encrypted, which cannot be read here");
     }
 
     void ReadCodePage() {

@@ -42,13 +42,15 @@ public:
     }
 
     bool Read(std::uint64_t block, const Piece& piece) const override {
-        std::array<std::uint8_t, 8> head{};
         const std::uint64_t at = block * blockBytes_;  // both are of at most 32 bits
-        const std::uint64_t size = file_.Size();
-        if (at < head.size() || at > size || size - at < head.size() || file_.Read(at, head) < head.size())
-            return false;
-        const std::uint64_t count = ByteView(head, "memo block").U32Big(4);
-        return count <= size - at - head.size() && GivePieces(file_, at + head.size(), count, piece);
+        std::array<std::uint8_t, kDBaseBlock> start;   // most memos are read with this one call
+        const std::size_t got = file_.Read(at, start);
+        if (at < kBlockHead || got < kBlockHead) return false;
+        const std::uint64_t count = BigNumber(std::span(start).subspan(4, 4), 4);
+        const std::size_t first = static_cast<std::size_t>(std::min<std::uint64_t>(count, got - kBlockHead));
+        if (first < count && count > file_.Size() - at - kBlockHead) return false;
+        piece(AsText(std::span(start).subspan(kBlockHead, first)));
+        return GivePieces(file_, at + kBlockHead + first, count - first, piece);
     }
 
 private:
@@ -71,6 +73,7 @@ public:
             const std::string_view part = AsText({buffer.data(), got});
             const std::size_t end = part.find(static_cast<char>(kEndMark));
             AppendUnwrapped(text, part.substr(0, end), softEnd);
+            if (softEnd && end != std::string_view::npos) text += '\x8D';
             piece(text);
             text.clear();
             if (end != std::string_view::npos) return true;

@@ -38,10 +38,10 @@ bool IsVarying(const NewField& field) {
     return field.type == 'V' || field.type == 'Q';
 }
 
-std::vector<std::uint8_t> Descriptor(const NewField& field) {
+std::vector<std::uint8_t> Descriptor(const NewField& field, std::string_view storedName) {
     constexpr std::string_view kBinaryTypes = "IYTBQW";
     std::vector<std::uint8_t> descriptor(kDescriptorBytes);
-    std::copy(field.name.begin(), field.name.end(), descriptor.begin());
+    std::copy(storedName.begin(), storedName.end(), descriptor.begin());
     descriptor[11] = static_cast<std::uint8_t>(field.type);
     descriptor[16] = field.length;
     descriptor[17] = field.decimals;
@@ -68,7 +68,8 @@ std::uint8_t VersionFor(std::span<const NewField> fields) {
     return version;
 }
 
-void CheckName(const NewField& field, std::set<std::string>& taken) {
+/// The field's name in the table's code page.
+std::string StoredName(const NewField& field, const CodePage& page, std::set<std::string>& taken) {
     const std::string& name = field.name;
     const auto isLetter = [](char c) {
         return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || static_cast<unsigned char>(c) >= 0x80;
@@ -77,13 +78,16 @@ void CheckName(const NewField& field, std::set<std::string>& taken) {
     if (name.empty() || !isLetter(name[0]) || !std::all_of(name.begin(), name.end(), belongs)) {
         throw Error(ErrorKind::Constraint, name, "Field name '" + name + "' is invalid");
     }
-    if (name.size() > kNameBytes) {
+    std::string stored;
+    page.Encode(stored, name);
+    if (stored.size() > kNameBytes) {
         throw Error(ErrorKind::Constraint, name,
                     "Field name '" + name + "' is longer than the 10 characters of a free table");
     }
     if (!taken.insert(FoldCase(name)).second) {
         throw Error(ErrorKind::Constraint, name, "Field name '" + name + "' is a duplicate");
     }
+    return stored;
 }
 
 /// The whole file of a table without records.
@@ -93,9 +97,9 @@ public:
         : table_(std::move(table)) {
         bytes_.resize(kHeadBytes);
         std::set<std::string> taken;
+        const CodePage page(codePage);
         for (const NewField& field : fields) {
-            CheckName(field, taken);
-            Add(Descriptor(field));
+            Add(Descriptor(field, StoredName(field, page, taken)));
             bits_ += (IsVarying(field) ? 1u : 0u) + (field.nullable ? 1u : 0u);
         }
         if (bits_ > 0) Add(NullFlagsDescriptor(bits_));

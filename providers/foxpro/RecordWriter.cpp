@@ -33,6 +33,7 @@ void PutDigits(std::span<std::uint8_t> into, int number) {
 /// YYYYMMDD.
 void PutDate(std::span<std::uint8_t> into, DateTime moment) {
     const CivilTime civil = ToCivil(moment);
+    if (civil.year < 1 || civil.year > 9999) Refuse("the date is out of range");
     PutDigits(into.first(4), civil.year);
     PutDigits(into.subspan(4, 2), civil.month);
     PutDigits(into.subspan(6, 2), civil.day);
@@ -66,6 +67,7 @@ RecordWriter::RecordWriter(DbfHeader& header, MemoFile* memo, std::string fileNa
         const std::span<std::uint8_t> place = std::span(blank_).subspan(field.offset, field.length);
         columns_.push_back(ColumnOfField(field, header_.dialect, field.name));
         kinds_.push_back(KindOfField(field, header_.dialect));
+        if (kinds_.back() == FieldKind::Varying) place.back() = 0;
         if (!IsBlankWithSpaces(kinds_.back(), field)) std::fill(place.begin(), place.end(), std::uint8_t{0});
     }
     if (!header_.nullFlags) return;
@@ -77,6 +79,7 @@ RecordWriter::RecordWriter(DbfHeader& header, MemoFile* memo, std::string fileNa
 bool RecordWriter::IsBlankWithSpaces(FieldKind kind, const DbfField& field) {
     switch (kind) {
         case FieldKind::Text:
+        case FieldKind::Varying:
         case FieldKind::Number:
         case FieldKind::Date:
         case FieldKind::Logical:

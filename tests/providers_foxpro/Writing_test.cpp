@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <filesystem>
 
 #include "providers/foxpro/FoxProDatabase.h"
@@ -204,6 +207,61 @@ TEST_F(FoxProWriting, WhatIsNotCommittedGoesWithItsWriter) {
     const auto table = database_.OpenTable("u");
     add(*table, 3);
     EXPECT_EQ(RowsOf(*table), (Lines{"1|1|m", "3|2|m"}));
+}
+
+TEST_F(FoxProWriting, OtherProcessesSeeEachOthersRows) {
+    const auto table = Make("p", {Column("k", "I"), Column("id", "I AUTOINC"), Column("m", "M")});
+    const auto add = [](TableFile& to, int k) {
+        to.Append(std::vector<Value>{Value::OfInteger(k), kNull, Value::OfText("memo " + std::to_string(k))},
+                  {true, false, true});
+        to.Commit();
+    };
+    {
+        const auto ours = database_.OpenTable("p");
+        add(*ours, 1);
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        const auto theirs = FoxProDatabase(folder_.Path()).OpenTable("p");
+        add(*theirs, 2);
+        _exit(RowsOf(*theirs).size() == 2 ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(RowsOf(*table), (Lines{"1|1|memo 1", "2|2|memo 2"}));
+    add(*table, 3);
+    EXPECT_EQ(RowsOf(*table), (Lines{"1|1|memo 1", "2|2|memo 2", "3|3|memo 3"}));
+}
+
+TEST_F(FoxProWriting, NothingGrowsBeyondTwoGigabytes) {
+    auto table = Make("big", {Column("c", "C", {254}, true), Column("m", "M", {}, true)});
+    Add(*table, {Value::OfText("x"), Value::OfText("m")});
+    table->Commit();
+    table.reset();
+    const auto grow = [&](const char* name, std::uint64_t bytes) { std::filesystem::resize_file(Path(name), bytes); };
+    grow("big.fpt", 0x7FFFFF00);
+    EXPECT_THAT(ErrorOf([&] {
+                    Add(*database_.OpenTable("big"), {Value::OfText("x"), Value::OfText(std::string(300, 'm'))});
+                }),
+                testing::HasSubstr("'big.fpt' cannot grow beyond 2 GB"));
+    const auto full = Make("full", {Column("c", "C", {254}, true)});
+    std::string head = ReadBytes(Path("full.dbf"));
+    const unsigned records = (0x7FFFFFFF - 328) / 255;
+    head.replace(4, 4,
+                 {static_cast<char>(records), static_cast<char>(records >> 8), static_cast<char>(records >> 16), 0});
+    WriteBytes(Path("full.dbf"), head);
+    grow("full.dbf", 328 + std::uint64_t{records} * 255);
+    EXPECT_THAT(ErrorOf([&] { Add(*full, {Value::OfText("x")}); }),
+                testing::HasSubstr("'full.dbf' cannot grow beyond 2 GB"));
+}
+
+TEST_F(FoxProWriting, NamesOfFieldsAreInTheTablesCodePage) {
+    const auto table = Make("n", {Column("größe", "I"), Column("l", "L")});
+    EXPECT_EQ(table->Columns()[0].name, "größe");
+    EXPECT_EQ(ReadBytes(Path("n.dbf")).substr(32, 5),
+              "GR\xF6\xDF"
+              "E");
 }
 
 struct BadTable {
