@@ -7,7 +7,8 @@
 
 namespace varnel {
 
-/// Looks at everything in a database file: an Access file, or an SQLite one. storedPath: as users name it. password: ""
+/// Looks at everything in a database file: an Access file, an SQLite one, a FoxPro table, or a container with
+/// its tables. storedPath: as users name it. password: ""
 /// when none is needed. Throws Error when it cannot be opened, or is of another format.
 FileReport VerifyFile(const std::string& storedPath, const std::string& password);
 

@@ -92,7 +92,7 @@ void AddSql(CLI::App& app, Arguments& arguments) {
 
 void AddVerify(CLI::App& app, Arguments& arguments) {
     auto& command = *app.add_subcommand("verify", "Look for damage in a database file");
-    command.add_option("file", arguments.database, "Access, FoxPro or SQLite file")->required();
+    command.add_option("file", arguments.database, "Access or SQLite database, FoxPro table (.dbf) or container (.dbc)")->required();
     command.add_option("--password", arguments.password, "Password of the database");
     command.callback([&] { arguments.isSound = VerifyCommand(arguments.database, arguments.password); });
 }
