@@ -15,8 +15,8 @@
 namespace varnel {
 namespace {
 
-[[noreturn]] void ThrowFileError(int code, const std::string& storedPath) {
-    throw Error(ErrorKind::Io, storedPath, FileErrorText(code, storedPath));
+[[noreturn]] void ThrowFileError(int code, const std::string& storedPath, bool folderMissing = false) {
+    throw Error(ErrorKind::Io, storedPath, FileErrorText(code, storedPath, folderMissing));
 }
 
 int OpenRetrying(const std::string& path, int flags) {
@@ -53,7 +53,7 @@ DiskFile::DiskFile(std::string localPath, std::string storedPath, Mode mode)
         writeRefusal_ = errno;
         descriptor_ = OpenRetrying(local_, O_RDONLY);
     }
-    if (descriptor_ < 0) Fail(errno);
+    if (descriptor_ < 0) ThrowFileError(errno, stored_, mode == Mode::New);
     struct stat status {};
     if (fstat(descriptor_, &status) == 0 && S_ISDIR(status.st_mode)) {
         Close();

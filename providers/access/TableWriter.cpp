@@ -38,8 +38,7 @@ GuidBytes RandomGuid() {
 }  // namespace
 
 TableWriter::TableWriter(Schema& database, FilePages& pages, TableDefinition definition)
-    : database_(database),
-      file_(*database.File()),
+    : file_(*database.File()),
       pages_(pages),
       table_(std::move(definition)),
       builder_(table_),

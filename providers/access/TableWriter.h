@@ -69,7 +69,6 @@ private:
     void FreeLongValues(RowView& old, bool all);
     void NoteAutonumber();
 
-    Schema& database_;
     PageFile& file_;
     FilePages& pages_;
     TableDefinition table_;

@@ -31,7 +31,8 @@ std::size_t EncodeWhole(const Column& column, const Value& value, std::span<std:
 
 std::size_t EncodeDate(const Column& column, const Value& value, std::span<std::uint8_t> target) {
     const DateTime moment = value.AsDateTime();
-    if (moment.days < kFirstDay || moment.days > kLastDay) RefuseValue(column, value, "it is out of range");
+    if (moment.days < kFirstDay || moment.days > kLastDay)
+        RefuseValue(column, value, "dates reach from the year 100 to 9999");
     StoreU64(target, 0, std::bit_cast<std::uint64_t>(ToAutomationDate(moment)));
     return sizeof(std::uint64_t);
 }

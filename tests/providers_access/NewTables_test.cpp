@@ -85,17 +85,16 @@ TEST_F(WriteTest, EveryTypeGoesThereAndBack) {
     Add(*table, std::vector<Value>(16));
     table->Commit();
     table.reset();
-    const std::string expected = "1|True|255|-32768|-2147483647|-1.2345|1.5|-1E+300|1/1/2000 6:00:00 AM|Ærøskøbing|" +
-                                 std::string(5000, 'x') +
-                                 "Ω|0001FF|0001FF|{00010203-0405-0607-0809-0A0B0C0D0E0F}|-12345678901234.5678|Мир\n"
-                                 "2|False|~|~|~|~|~|~|~|~|~|~|~|~|~|~\n";
+    const std::string expected =
+        "1|True|255|-32768|-2147483647|-1.2345|1.5|-1E+300|1/1/2000 6:00:00 AM|Ærøskøbing|memo xxxxxΩ|0001FF|0001FF|"
+        "{00010203-0405-0607-0809-0A0B0C0D0E0F}|-12345678901234.5678|Мир\n2|False|~|~|~|~|~|~|~|~|~|~|~|~|~|~\n";
     EXPECT_EQ(Rows("All Types"), expected);
     Reopen();
     EXPECT_EQ(Rows("All Types"), expected);
     EXPECT_EQ(OutputOf("mdb-tables -1 " + path_), "All Types\n");
     EXPECT_EQ(OutputOf("mdb-export -H -T '%Y-%m-%d %H:%M:%S' -b strip " + path_ + " 'All Types'"),
               "1,1,255,-32768,-2147483647,-1.2345,1.5,-1e+300,\"2000-01-01 06:00:00\",\"Ærøskøbing\",\"memo "
-              "xxxxxΩ\",,,,-12345678901234.5678,\"Мир\"\n2,0,,,,,,,,,,,,,,\n");
+              "xxxxxΩ\",\"\",,\"\",-12345678901234.5678,\"Мир\"\n2,0,,,,,,,,,,,,,,\n");
 }
 
 }  // namespace

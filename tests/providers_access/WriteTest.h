@@ -9,6 +9,7 @@
 
 #include "providers/access/AccessDatabase.h"
 #include "providers/access/BlankDatabase.h"
+#include "providers/access/Verify.h"
 #include "tests/providers_access/SampleFiles.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TempFolder.h"
@@ -30,7 +31,16 @@ std::string OutputOf(const std::string& command);
 class WriteTest : public testing::Test {
 protected:
     WriteTest() { CreateBlankDatabase(path_), Reopen(); }
-    void Reopen() { database_.reset(), database_ = std::make_unique<AccessDatabase>(path_, AccessOptions()); }
+    void Reopen() { Open(path_); }
+    void Open(const std::string& path) {
+        database_.reset();
+        file_ = OpenPageFile(path, false);
+        database_ = std::make_unique<AccessDatabase>(file_, AccessOptions());
+    }
+    /// Fails the test when anything in the file is damaged.
+    void Verify() {
+        for (const std::string& finding : VerifyDatabase(*file_).findings) ADD_FAILURE() << finding;
+    }
     std::unique_ptr<TableFile> Make(const std::string& name, const std::string& columns) {
         database_->CreateTable(name, Columns(columns));
         return database_->OpenTable(name);
@@ -39,6 +49,7 @@ protected:
 
     TempFolder folder_;
     std::string path_ = folder_.File("new.mdb");
+    std::shared_ptr<PageFile> file_;
     std::unique_ptr<AccessDatabase> database_;
 };
 
