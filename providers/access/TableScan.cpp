@@ -93,7 +93,7 @@ Fault TableScan::FollowPointer(Bytes pointer) {
 std::int64_t CountTableRows(PageFile& file, const TableDefinition& table) {
     const PageSet pages = ReadUsageMap(file, table.ownedMap);
     std::int64_t count = 0;
-    for (auto page = pages.Next(0); page; page = pages.Next(*page + 1)) {
+    for (auto page = pages.Next(1); page; page = pages.Next(*page + 1)) {
         const PagePin pin = file.Read(*page);
         DataPage slots;
         if (const Fault fault = AttachTablePage(slots, pin, file.Shape(), table.Id()))
