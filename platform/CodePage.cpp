@@ -67,7 +67,8 @@ private:
 
 bool IsSingleByteNumber(int number) {
     return (number >= 1250 && number <= 1258) || number == 437 || number == 850 || number == 852 || number == 866 ||
-           number == 874 || number == 20866 || (number >= 28591 && number <= 28606);
+           number == 737 || number == 857 || number == 860 || number == 861 || number == 863 || number == 865 ||
+           number == 10000 || number == 10007 || number == 10029 || number == 874 || number == 20866 || (number >= 28591 && number <= 28606);
 }
 
 bool IsMultiByteNumber(int number) {
@@ -78,6 +79,9 @@ bool IsMultiByteNumber(int number) {
 std::string SystemName(int number) {
     if (number == 20866) return "KOI8-R";
     if (number == 932) return "WINDOWS-31J";
+    if (number == 10000) return "MACINTOSH";
+    if (number == 10007) return "MAC-CYRILLIC";
+    if (number == 10029) return "MAC-CENTRALEUROPE";
     if (number >= 28591 && number <= 28606) return "ISO-8859-" + std::to_string(number - 28590);
     return "CP" + std::to_string(number);
 }

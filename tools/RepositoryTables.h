@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace varnel::admin {
 
@@ -83,6 +84,8 @@ inline constexpr std::array<RepositoryTable, 3> kRepositoryTables{{
 
 /// "CREATE TABLE name (column type NOT NULL, ..., CONSTRAINT nameKey PRIMARY KEY (key))"
 std::string CreateTableStatement(const RepositoryTable& table);
+/// The columns of its key, in order.
+std::vector<std::string> KeyColumns(const RepositoryTable& table);
 /// "SELECT column, ... FROM name" over all columns.
 std::string SelectAllColumns(const RepositoryTable& table);
 

@@ -15,6 +15,17 @@ bool IsSameColumn(const Column& a, const Column& b) {
            a.precision == b.precision && a.scale == b.scale;
 }
 
+/// The file is held by the table for longer than this lives.
+class Unit : public TableUnit {
+public:
+    explicit Unit(DatabaseWriter& writer) : writer_(writer) {}
+    void Commit() override { writer_.Commit(); }
+    void Rollback() override { writer_.Rollback(); }
+
+private:
+    DatabaseWriter& writer_;
+};
+
 [[noreturn]] void ThrowReadOnly(const std::string& table) {
     throw Error(ErrorKind::NotSupported, table, "Cannot update. Database or object is read-only.");
 }
@@ -86,6 +97,11 @@ void AccessTable::DeleteAll() {
 
 void AccessTable::Commit() {
     if (writing_ != nullptr) writer_->Commit();
+}
+
+std::unique_ptr<TableUnit> AccessTable::BeginUnit() {
+    Writer().Commit();
+    return std::make_unique<Unit>(*writer_);
 }
 
 }  // namespace varnel::access

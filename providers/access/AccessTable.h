@@ -26,6 +26,7 @@ public:
     void Delete(RowId row) override;
     void DeleteAll() override;
     void Commit() override;
+    std::unique_ptr<TableUnit> BeginUnit() override;
 
 private:
     std::shared_ptr<const TableDefinition> Definition();

@@ -25,6 +25,8 @@ public:
     void DeleteAll(const CatalogEntry& table);
     /// A commit point for everything that was written. Throws Error{Io}; what was written then stays pending.
     void Commit();
+    /// Back to the last commit point. Throws Error{Io}.
+    void Rollback() { file_.Rollback(); }
 
     // Tables. These hold the file themselves and commit.
     void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns);

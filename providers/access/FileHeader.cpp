@@ -69,7 +69,7 @@ std::string DecodePassword(HeaderBytes bytes, const Layout& layout, int codePage
     std::string text;
     if (layout.version == Version::Jet3) {
         const auto end = std::find(password.begin(), password.end(), 0);
-        CodePage(codePage).Decode(text, std::string(password.begin(), end));
+        if (end != password.begin()) CodePage(codePage).Decode(text, std::string(password.begin(), end));
         return text;
     }
     const double date = std::bit_cast<double>(view.U64(kDateAt));

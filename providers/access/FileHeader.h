@@ -41,7 +41,8 @@ struct FileHeader {
 inline constexpr std::size_t kFileHeaderSize = 0x98;
 
 /// start: the first bytes of the file, kFileHeaderSize of them if it has so many. fileSize: bytes. storedPath: for
-/// error texts. Throws Error{Corrupt} for a file that is none of ours, Error{NotSupported} for an unknown version.
+/// error texts. Throws Error{Corrupt} for a file that is none of ours, Error{NotSupported} for an unknown version,
+/// Error{Conversion} for a password that nobody could type.
 FileHeader ParseFileHeader(std::span<const std::uint8_t> start, std::uint64_t fileSize, const std::string& storedPath);
 /// The header of an open file, which must be held. Throws as above.
 FileHeader ReadFileHeader(PageFile& file);

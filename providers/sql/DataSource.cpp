@@ -14,6 +14,9 @@ struct EngineWord {
     NamedEngine engine;
 };
 
+/// The provider that hands a driver's connection string on.
+constexpr std::string_view kDriverProvider = "MSDASQL";
+
 constexpr EngineWord kProviders[] = {{"sqlite", NamedEngine::Sqlite},
                                      {"microsoft.jet.oledb", NamedEngine::Access},
                                      {"microsoft.ace.oledb", NamedEngine::Access},
@@ -32,6 +35,11 @@ constexpr EngineWord kFormats[] = {{"text", NamedEngine::Text},
                                    {"foxpro", NamedEngine::FoxPro},
                                    {"excel", NamedEngine::Excel}};
 
+/// The names under which the FoxPro and dBASE drivers were set up for everybody.
+constexpr EngineWord kNames[] = {{"visual foxpro", NamedEngine::FoxPro},
+                                 {"foxpro files", NamedEngine::FoxPro},
+                                 {"dbase files", NamedEngine::FoxPro}};
+
 template <std::size_t N>
 NamedEngine Match(const EngineWord (&words)[N], std::string_view name) {
     const std::string lower = AsciiLower(TrimBlanks(name));
@@ -42,7 +50,9 @@ NamedEngine Match(const EngineWord (&words)[N], std::string_view name) {
 
 NamedEngine EngineOf(const ConnectionString& text) {
     NamedEngine engine = Match(kProviders, text.Provider());
-    if (engine == NamedEngine::None && text.Provider().empty()) engine = Match(kDrivers, text.Driver());
+    const bool throughDriver = text.Provider().empty() || EqualNoCase(text.Provider(), kDriverProvider);
+    if (engine == NamedEngine::None && throughDriver) engine = Match(kDrivers, text.Driver());
+    if (engine == NamedEngine::None && throughDriver) engine = Match(kNames, text.Get({"DSN"}));
     if (engine != NamedEngine::Access) return engine;
     const NamedEngine format = Match(kFormats, text.Get({"Extended Properties"}));
     return format == NamedEngine::None ? engine : format;
@@ -57,7 +67,14 @@ bool LooksLikeDbf(std::string_view head) {
 
 }  // namespace
 
-DataSource ReadDataSource(const ConnectionString& text) {
+ConnectionString DriverString(const ConnectionString& text) {
+    const std::string inner = text.Get({"Extended Properties"});
+    const bool wrapped = EqualNoCase(text.Provider(), kDriverProvider) && inner.find('=') != std::string::npos;
+    return wrapped ? ConnectionString(inner) : text;
+}
+
+DataSource ReadDataSource(const ConnectionString& outer) {
+    const ConnectionString text = DriverString(outer);
     DataSource source;
     source.engine = EngineOf(text);
     source.storedPath = text.Get({"Data Source", "DBQ", "Database", "SourceDB", "DefaultDir"});

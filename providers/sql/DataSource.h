@@ -19,6 +19,9 @@ struct DataSource {
     bool createWhenMissing = false;
 };
 
+/// The connection string itself, or the one that it hands on to a driver in its extended properties.
+ConnectionString DriverString(const ConnectionString& text);
+
 /// engine is None when the string belongs to another provider.
 DataSource ReadDataSource(const ConnectionString& text);
 

@@ -1,9 +1,7 @@
 #include "providers/sql/ExpressionParser.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <span>
 
 #include "ado/types/ConnectionString.h"
 #include "ado/types/ValueConvert.h"
@@ -15,45 +13,24 @@ namespace {
 /// Deeper nesting than any person writes; keeps a hostile filter from using up the stack.
 constexpr int kMaxDepth = 100;
 
-struct BinaryWord {
-    std::string_view text;
-    Operator op;
-};
-
-constexpr BinaryWord kImp[] = {{"imp", Operator::Imp}};
-constexpr BinaryWord kEqv[] = {{"eqv", Operator::Eqv}};
-constexpr BinaryWord kXor[] = {{"xor", Operator::Xor}};
-constexpr BinaryWord kOr[] = {{"or", Operator::Or}};
-constexpr BinaryWord kAnd[] = {{"and", Operator::And}};
-constexpr BinaryWord kJoin[] = {{"&", Operator::Join}};
-constexpr BinaryWord kSum[] = {{"+", Operator::Add}, {"-", Operator::Subtract}};
-constexpr BinaryWord kModulo[] = {{"mod", Operator::Modulo}};
-constexpr BinaryWord kWholeQuotient[] = {{"\\", Operator::IntegerDivide}};
-constexpr BinaryWord kProduct[] = {{"*", Operator::Multiply}, {"/", Operator::Divide}};
-constexpr BinaryWord kComparisons[] = {
-    {"=", Operator::Equal},         {"<>", Operator::NotEqual}, {"!=", Operator::NotEqual}, {"<=", Operator::LessEqual},
-    {">=", Operator::GreaterEqual}, {"<", Operator::Less},      {">", Operator::Greater}};
-
-/// From the loosest to the tightest. An empty level stands for a method of its own: Not, then the comparisons.
-constexpr std::array<std::span<const BinaryWord>, 12> kLevels = {std::span(kImp),
-                                                                 std::span(kEqv),
-                                                                 std::span(kXor),
-                                                                 std::span(kOr),
-                                                                 std::span(kAnd),
-                                                                 {},
-                                                                 {},
-                                                                 std::span(kJoin),
-                                                                 std::span(kSum),
-                                                                 std::span(kModulo),
-                                                                 std::span(kWholeQuotient),
-                                                                 std::span(kProduct)};
-constexpr std::size_t kNotLevel = 5, kComparisonLevel = 6, kJoinLevel = 7;
-
-Operator MatchOperator(const Token& token, std::span<const BinaryWord> words) {
-    for (const BinaryWord& word : words)
-        if (TokenCursor::IsWord(token, word.text) || TokenCursor::IsSymbol(token, word.text)) return word.op;
-    return Operator::None;
+/// A whole number, a double, or a decimal where a double would not keep all digits.
+Value NumberValue(const std::string& digits) {
+    constexpr std::ptrdiff_t kDigitsOfDouble = 15;
+    Value value;
+    std::int64_t whole = 0;
+    const char* end = digits.data() + digits.size();
+    const auto read = std::from_chars(digits.data(), end, whole);
+    if (read.ec == std::errc() && read.ptr == end) return Value::OfInteger(whole);
+    const auto count = std::count_if(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const bool scientific = digits.find_first_of("eE") != std::string::npos;
+    if (!scientific && count > kDigitsOfDouble && count <= kMaxDecimalDigits) return Value::OfDecimal(digits);
+    const std::optional<double> number = ParseDouble(digits);
+    if (!number) throw Error(ErrorKind::Syntax, digits, "Overflow in the number " + digits + ".");
+    value.SetDouble(*number);
+    return value;
 }
+
+}  // namespace
 
 Expr MakeBinary(Operator op, Expr left, Expr right) {
     Expr made;
@@ -81,71 +58,55 @@ Expr MakeLiteral(Value value, std::size_t at) {
     return made;
 }
 
-/// A whole number, a double, or a decimal where a double would not keep all digits.
-Value NumberValue(const std::string& digits) {
-    constexpr std::ptrdiff_t kDigitsOfDouble = 15;
-    Value value;
-    std::int64_t whole = 0;
-    const char* end = digits.data() + digits.size();
-    const auto read = std::from_chars(digits.data(), end, whole);
-    if (read.ec == std::errc() && read.ptr == end) return Value::OfInteger(whole);
-    const auto count = std::count_if(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
-    const bool scientific = digits.find_first_of("eE") != std::string::npos;
-    if (!scientific && count > kDigitsOfDouble && count <= kMaxDecimalDigits) return Value::OfDecimal(digits);
-    const std::optional<double> number = ParseDouble(digits);
-    if (!number) throw Error(ErrorKind::Syntax, digits, "Overflow in the number " + digits + ".");
-    value.SetDouble(*number);
-    return value;
+Expr ExpressionParser::Deeper(Expr (ExpressionParser::*read)()) {
+    if (++depth_ > kMaxDepth) tokens_.Fail("Expression too complex in query expression.");
+    Expr made = (this->*read)();
+    --depth_;
+    return made;
 }
-
-}  // namespace
 
 Expr ExpressionParser::Parse() {
     if (++depth_ > kMaxDepth) tokens_.Fail("Expression too complex in query expression.");
-    Expr expression = Level(0);
+    Expr expression = Truths(0);
     --depth_;
     return expression;
 }
 
-Expr ExpressionParser::Level(std::size_t level) {
-    if (level == kNotLevel) return LogicalNot();
-    if (level == kComparisonLevel) return Comparison();
-    if (level == kLevels.size()) return Negation();
-    Expr left = Level(level + 1);
-    for (;;) {
-        const Operator op = MatchOperator(tokens_.Now(), kLevels[level]);
-        if (op == Operator::None) return left;
-        tokens_.Take();
-        left = MakeBinary(op, std::move(left), Level(level + 1));
-    }
+Expr ExpressionParser::Truths(std::size_t level) {
+    if (level == grammar_.truths.size()) return LogicalNot();
+    Expr left = Truths(level + 1);
+    for (Operator op = tokens_.TakeOperator(grammar_.truths[level]); op != Operator::None;
+         op = tokens_.TakeOperator(grammar_.truths[level]))
+        left = MakeBinary(op, std::move(left), Truths(level + 1));
+    return left;
 }
 
 Expr ExpressionParser::LogicalNot() {
     const std::size_t at = tokens_.Now().at;
-    if (!tokens_.TakeWord("not")) return Comparison();
-    if (++depth_ > kMaxDepth) tokens_.Fail("Expression too complex in query expression.");
-    Expr inner = LogicalNot();
-    --depth_;
-    return MakeUnary(Operator::Not, std::move(inner), at);
+    if (!tokens_.TakeWord("not") && !tokens_.TakeSymbol(grammar_.notSign)) return Comparison();
+    return MakeUnary(Operator::Not, Deeper(&ExpressionParser::LogicalNot), at);
 }
 
 Expr ExpressionParser::Comparison() {
-    Expr left = Level(kJoinLevel);
+    Expr left = Calculation();
     for (;;) {
-        const Operator op = MatchOperator(tokens_.Now(), kComparisons);
-        if (op != Operator::None) {
-            tokens_.Take();
-            left = MakeBinary(op, std::move(left), Level(kJoinLevel));
+        if (const Operator op = tokens_.TakeOperator(grammar_.comparisons); op != Operator::None) {
+            Expr right = Calculation();
+            if (grammar_.ownComparison == nullptr || !grammar_.ownComparison(op, left, right))
+                left = MakeBinary(op, std::move(left), std::move(right));
             continue;
         }
-        const Token& now = tokens_.Now();
-        const Token& next = TokenCursor::IsWord(now, "not") ? tokens_.Ahead(1) : now;
-        const bool tail = TokenCursor::IsWord(next, "like") || TokenCursor::IsWord(next, "alike") ||
-                          TokenCursor::IsWord(next, "in") || TokenCursor::IsWord(next, "between") ||
-                          TokenCursor::IsWord(now, "is");
-        if (!tail) return left;
+        if (!AtComparisonTail()) return left;
         left = ComparisonTail(std::move(left));
     }
+}
+
+bool ExpressionParser::AtComparisonTail() const {
+    if (tokens_.AtWord("is")) return true;
+    const std::size_t behindNot = tokens_.AtWord("not") ? 1 : 0;
+    for (const std::string_view word : {"like", "alike", "in", "between"})
+        if (tokens_.Is(tokens_.Ahead(behindNot), word)) return true;
+    return false;
 }
 
 Expr ExpressionParser::ComparisonTail(Expr left) {
@@ -162,44 +123,60 @@ Expr ExpressionParser::ComparisonTail(Expr left) {
     made.operands.push_back(std::move(left));
     if (tokens_.TakeWord("between")) {
         made.kind = ExprKind::Between;
-        made.operands.push_back(Level(kJoinLevel));
+        made.operands.push_back(Calculation());
         tokens_.NeedWord("and");
-        made.operands.push_back(Level(kJoinLevel));
-    } else if (tokens_.TakeWord("in")) {
-        made.kind = ExprKind::In;
-        tokens_.NeedSymbol("(");
-        do made.operands.push_back(Parse());
-        while (tokens_.TakeSymbol(","));
-        tokens_.NeedSymbol(")");
-    } else {
-        tokens_.Take();
-        made.kind = ExprKind::Like;
-        made.operands.push_back(Level(kJoinLevel));
+        made.operands.push_back(Calculation());
+        return made;
     }
+    if (!tokens_.TakeWord("in")) return Like(std::move(made));
+    made.kind = ExprKind::In;
+    tokens_.NeedSymbol("(");
+    do made.operands.push_back(Parse());
+    while (tokens_.TakeSymbol(","));
+    tokens_.NeedSymbol(")");
     return made;
 }
 
-Expr ExpressionParser::Negation() {
+Expr ExpressionParser::Like(Expr made) {
+    tokens_.Take();
+    made.kind = ExprKind::Like;
+    made.operands.push_back(Calculation());
+    if (tokens_.TakeWord("escape")) made.operands.push_back(Calculation());
+    return made;
+}
+
+Expr ExpressionParser::Calculations(std::size_t level) {
+    if (level == grammar_.calculations.size()) return grammar_.signBeforePower ? Power() : Signed();
+    Expr left = Calculations(level + 1);
+    for (Operator op = tokens_.TakeOperator(grammar_.calculations[level]); op != Operator::None;
+         op = tokens_.TakeOperator(grammar_.calculations[level]))
+        left = MakeBinary(op, std::move(left), Calculations(level + 1));
+    return left;
+}
+
+Expr ExpressionParser::Signed() {
     const std::size_t at = tokens_.Now().at;
     const bool minus = tokens_.AtSymbol("-");
-    if (!minus && !tokens_.AtSymbol("+")) return Power();
+    if (!minus && !tokens_.AtSymbol("+")) return grammar_.signBeforePower ? Operand() : Power();
     tokens_.Take();
-    if (++depth_ > kMaxDepth) tokens_.Fail("Expression too complex in query expression.");
-    Expr operand = Negation();
-    --depth_;
+    Expr operand = Deeper(&ExpressionParser::Signed);
     return minus ? MakeUnary(Operator::Negate, std::move(operand), at) : operand;
 }
 
 Expr ExpressionParser::Power() {
-    Expr base = Operand();
-    while (tokens_.TakeSymbol("^")) {
-        const std::size_t at = tokens_.Now().at;
-        const bool minus = tokens_.TakeSymbol("-");
-        Expr exponent = Operand();
-        if (minus) exponent = MakeUnary(Operator::Negate, std::move(exponent), at);
-        base = MakeBinary(Operator::Power, std::move(base), std::move(exponent));
-    }
+    Expr base = grammar_.signBeforePower ? Signed() : Operand();
+    for (Operator op = tokens_.TakeOperator(grammar_.powers); op != Operator::None;
+         op = tokens_.TakeOperator(grammar_.powers))
+        base = MakeBinary(op, std::move(base), PowerOperand());
     return base;
+}
+
+Expr ExpressionParser::PowerOperand() {
+    if (grammar_.signBeforePower) return Signed();
+    const std::size_t at = tokens_.Now().at;
+    const bool minus = tokens_.TakeSymbol("-");
+    Expr exponent = Operand();
+    return minus ? MakeUnary(Operator::Negate, std::move(exponent), at) : exponent;
 }
 
 Expr ExpressionParser::Operand() {
@@ -210,6 +187,8 @@ Expr ExpressionParser::Operand() {
         tokens_.NeedSymbol(")");
         return inside;
     }
+    Expr own;
+    if (grammar_.ownOperand != nullptr && grammar_.ownOperand(*this, own)) return own;
     if (tokens_.AtSymbol("{")) return EscapedMoment();
     if (now.kind == TokenKind::Marker) {
         Expr made;
@@ -252,8 +231,8 @@ Expr ExpressionParser::NameOrCall() {
         return Call(first.text, first.at);
     }
     if (tokens_.TakeWord("null")) return MakeLiteral(Value(), first.at);
-    if (tokens_.TakeWord("true")) return MakeLiteral(Value::OfBoolean(true), first.at);
-    if (tokens_.TakeWord("false")) return MakeLiteral(Value::OfBoolean(false), first.at);
+    if (grammar_.truthNames && tokens_.TakeWord("true")) return MakeLiteral(Value::OfBoolean(true), first.at);
+    if (grammar_.truthNames && tokens_.TakeWord("false")) return MakeLiteral(Value::OfBoolean(false), first.at);
     // ON is the truth value here, and nothing else can follow where an operand stands.
     if (first.kind == TokenKind::Word && !tokens_.AtName() && !tokens_.AtWord("on")) tokens_.Fail();
     Expr made;
@@ -262,8 +241,7 @@ Expr ExpressionParser::NameOrCall() {
     made.quoted = first.kind == TokenKind::DoubleQuoted;
     if (!made.quoted && first.kind != TokenKind::Name && first.kind != TokenKind::Word) tokens_.Fail();
     made.name = tokens_.Take().text;
-    while (tokens_.AtSymbol(".") || tokens_.AtSymbol("!")) {
-        tokens_.Take();
+    while (tokens_.TakeSymbol(".") || (grammar_.notSign.empty() && tokens_.TakeSymbol("!"))) {
         made.owner = std::move(made.name);
         made.quoted = false;
         made.name = tokens_.TakeName();
@@ -286,6 +264,7 @@ Expr ExpressionParser::Call(std::string name, std::size_t at) {
     do made.operands.push_back(Parse());
     while (tokens_.TakeSymbol(","));
     tokens_.NeedSymbol(")");
+    if (grammar_.ownCall != nullptr) grammar_.ownCall(made);
     return made;
 }
 

@@ -39,9 +39,6 @@ bool IsFloatType(DataTypeEnum type) {
 bool IsMomentType(DataTypeEnum type) {
     return type == adDate || type == adDBTimeStamp;
 }
-bool IsTextType(DataTypeEnum type) {
-    return type == adVarWChar || type == adWChar || type == adLongVarWChar;
-}
 
 DataTypeEnum TypeOfCalculation(Operator op, DataTypeEnum a, DataTypeEnum b) {
     if (op == Operator::Power || op == Operator::Divide) return adDouble;
@@ -84,6 +81,10 @@ DeclaredType TypeOfChoice(const Expr& e, std::span<const DeclaredType> inputs) {
 }
 
 }  // namespace
+
+bool IsTextType(DataTypeEnum type) {
+    return type == adVarWChar || type == adWChar || type == adLongVarWChar;
+}
 
 DeclaredType TypeOfExpression(const Expr& e, std::span<const DeclaredType> inputs) {
     switch (e.kind) {

@@ -8,6 +8,9 @@
 
 namespace varnel::sql {
 
+/// True for the types of texts that a table of a store reports.
+bool IsTextType(DataTypeEnum type);
+
 /// inputs: the types of the expression's bound columns, by slot. adVariant when it depends on the row.
 DeclaredType TypeOfExpression(const Expr& expression, std::span<const DeclaredType> inputs);
 

@@ -60,6 +60,7 @@ bool BindTruthWord(Expr& e) {
 
 bool IsAggregate(const Expr& e) {
     if (e.kind == ExprKind::CountAll) return true;
+    if (e.operands.size() > 1) return false;  // MAX and MIN of several values are functions
     return e.kind == ExprKind::Call && std::any_of(std::begin(kAggregateNames), std::end(kAggregateNames),
                                                    [&](auto name) { return EqualNoCase(e.name, name); });
 }

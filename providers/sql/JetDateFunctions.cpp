@@ -4,6 +4,7 @@
 #include "ado/types/ConnectionString.h"
 #include "platform/Clock.h"
 #include "platform/Error.h"
+#include "providers/sql/CalendarParts.h"
 #include "providers/sql/ExpressionValues.h"
 #include "providers/sql/SqlFunctionTable.h"
 
@@ -39,12 +40,6 @@ DateTime CheckedMoment(std::int64_t days, std::int64_t micros) {
     if (micros < 0) micros += kMicrosPerDay, --days;
     if (days < kFirstDay || days > kLastDay) ThrowBadArgument();
     return {static_cast<std::int32_t>(days), micros};
-}
-
-int DaysInMonth(int year, int month) {
-    static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    return month == 2 && leap ? 29 : kDays[month - 1];
 }
 
 /// Months carried into years; years outside 100 to 9999 are refused.
@@ -102,11 +97,6 @@ void DateAdd(Arguments a, Value& out) {
 std::int64_t FloorDivide(std::int64_t a, std::int64_t b) {
     return a / b - (a % b < 0 ? 1 : 0);
 }
-/// 1 is Sunday; 1899-12-30 was a Saturday.
-int WeekdayOf(DateTime moment, std::int64_t first) {
-    const std::int64_t fromSunday = ((moment.days - 1) % 7 + 7) % 7;
-    return static_cast<int>((fromSunday - (first - 1) + 7) % 7) + 1;
-}
 std::int64_t FirstDayOfWeek(Arguments a, std::size_t at) {
     const std::int64_t first = a.size() > at ? WholeOf(*a[at]) : 1;
     if (first < 0 || first > 7) ThrowBadArgument();
@@ -145,12 +135,6 @@ void DateDiff(Arguments a, Value& out) {
         default:
             return out.SetInteger(days);
     }
-}
-
-int DayOfYear(DateTime moment) {
-    CivilTime first;
-    first.year = ToCivil(moment).year, first.month = 1, first.day = 1;
-    return moment.days - FromCivil(first).days + 1;
 }
 
 void DatePart(Arguments a, Value& out) {

@@ -7,33 +7,13 @@
 #include "providers/sql/ExpressionValues.h"
 #include "providers/sql/JetRules.h"
 #include "providers/sql/SqlFunctionTable.h"
+#include "providers/sql/TextParts.h"
 
 namespace varnel::sql {
 namespace {
 
-/// No function makes a longer text than this, so that a filter cannot ask for all memory.
-constexpr std::int64_t kLongestText = 16 * 1024 * 1024;
-
 [[noreturn]] void ThrowBadArgument() {
     throw Error(ErrorKind::Conversion, "", "Invalid procedure call or argument");
-}
-
-/// An argument as text, kept as long as it is needed.
-class Text {
-public:
-    explicit Text(const Value& value) : view_(TextOf(value, scratch_)) {}
-    std::string_view operator*() const { return view_; }
-
-private:
-    std::string scratch_;
-    std::string_view view_;
-};
-
-/// The byte offset of the character at position count (from 0), or the end.
-std::size_t OffsetOf(std::string_view text, std::int64_t count) {
-    std::size_t at = 0;
-    while (count > 0 && at < text.size()) NextCodePoint(text, at), --count;
-    return at;
 }
 
 std::int64_t CountOf(const Value& value) {
@@ -67,13 +47,6 @@ void Len(Arguments a, Value& out) {
     out.SetInteger(static_cast<std::int64_t>(CharacterCount(*text)));
 }
 
-std::string_view WithoutLeft(std::string_view text) {
-    return text.substr(std::min(text.find_first_not_of(' '), text.size()));
-}
-std::string_view WithoutRight(std::string_view text) {
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
 void LTrim(Arguments a, Value& out) {
     out.SetText(WithoutLeft(*Text(*a[0])));
 }
@@ -88,32 +61,8 @@ void LCase(Arguments a, Value& out) {
     out.SetText(FoldCase(*Text(*a[0])));
 }
 
-/// Upper case of one letter of the Latin, Greek and Cyrillic alphabets.
-char32_t UpperOf(char32_t c) {
-    if (c < 0x80) return c >= 'a' && c <= 'z' ? c - 32 : c;
-    if (c == 0xFF) return 0x178;
-    if (c >= 0xE0 && c <= 0xFE) return c == 0xF7 ? c : c - 32;
-    if ((c >= 0x100 && c <= 0x137) || (c >= 0x14A && c <= 0x177)) return c == 0x131 ? 'I' : c & ~char32_t{1};
-    if ((c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E)) return (c & 1) != 0 ? c : c - 1;
-    if (c == 0x3C2) return 0x3A3;
-    if (c >= 0x3B1 && c <= 0x3CB) return c - 32;
-    if (c >= 0x430 && c <= 0x44F) return c - 32;
-    if (c >= 0x450 && c <= 0x45F) return c - 80;
-    return c;
-}
-
 void UCase(Arguments a, Value& out) {
-    const Text text(*a[0]);
-    std::string upper;
-    for (std::size_t at = 0; at < (*text).size();) {
-        const std::size_t start = at;
-        const char32_t c = NextCodePoint(*text, at);
-        if (c == kNoCodePoint)
-            upper += (*text)[start];
-        else
-            AppendCodePoint(upper, UpperOf(c));
-    }
-    out.SetText(upper);
+    out.SetText(UpperCase(*Text(*a[0])));
 }
 
 /// InStr([start,] text, part [, compare]): without case unless compare is 0.

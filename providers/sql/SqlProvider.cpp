@@ -4,6 +4,7 @@
 #include "platform/StoredPath.h"
 #include "providers/sql/AccessSource.h"
 #include "providers/sql/DataSource.h"
+#include "providers/sql/FoxProSource.h"
 #include "providers/sql/SqliteFile.h"
 #include "providers/sql/SqliteSession.h"
 #include "providers/sql/TextSource.h"
@@ -16,27 +17,12 @@ using sql::NamedEngine;
 
 namespace {
 
-Error NotReadYet(const char* what, const std::string& path) {
-    return {ErrorKind::NotSupported, path,
-            std::string(what) + " '" + path +
-                "' cannot be opened: this version opens Access databases, SQLite database files and folders of text "
-                "files only."};
-}
-
 /// Throws for everything at the path that is no SQLite file.
 void RequireSqlite(const DataSource& source, FileFormat format) {
     const std::string& path = source.storedPath;
-    switch (format) {
-        case FileFormat::Sqlite:
-            return;
-        case FileFormat::FoxPro:
-            throw NotReadYet("The FoxPro table", path);
-        default:
-            break;
-    }
+    if (format == FileFormat::Sqlite) return;
     if (source.engine == NamedEngine::Excel)
         throw Error(ErrorKind::NotSupported, path, "Could not find installable ISAM.");
-    if (source.engine == NamedEngine::FoxPro) throw NotReadYet("The FoxPro source", path);
     if (format == FileFormat::Missing) {
         if (source.createWhenMissing) return;
         throw Error(ErrorKind::Io, path, "Could not find file '" + path + "'.");
@@ -45,6 +31,15 @@ void RequireSqlite(const DataSource& source, FileFormat format) {
         throw Error(ErrorKind::Io, path, "'" + path + "' is a folder, not a database file.");
     if (format == FileFormat::Empty && source.createWhenMissing) return;
     throw Error(ErrorKind::Corrupt, path, "Unrecognized database format '" + path + "'.");
+}
+
+/// By the file's bytes; where they say nothing, by the engine that the string names.
+NamedEngine EngineFor(const DataSource& source, FileFormat format) {
+    if (format == FileFormat::Access) return NamedEngine::Access;
+    if (format == FileFormat::FoxPro) return NamedEngine::FoxPro;
+    if (source.engine == NamedEngine::FoxPro && format != FileFormat::Sqlite) return NamedEngine::FoxPro;
+    const bool makesAccess = source.engine == NamedEngine::Access && source.createWhenMissing;
+    return makesAccess && format == FileFormat::Missing ? NamedEngine::Access : NamedEngine::Sqlite;
 }
 
 }  // namespace
@@ -62,9 +57,9 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {
         const FileFormat format = sql::LookAtFile(path);
-        const bool makesAccess = source.engine == NamedEngine::Access && source.createWhenMissing;
-        if (format == FileFormat::Access || (format == FileFormat::Missing && makesAccess))
-            return sql::OpenAccessSession(source);
+        const NamedEngine engine = EngineFor(source, format);
+        if (engine == NamedEngine::Access) return sql::OpenAccessSession(source);
+        if (engine == NamedEngine::FoxPro) return sql::OpenFoxProSession(source, text);
         RequireSqlite(source, format);
         const auto mode = source.createWhenMissing ? sql::OpenMode::CreateWhenMissing : sql::OpenMode::Existing;
         file = sql::SqliteFile::Open(source.storedPath, path, mode);

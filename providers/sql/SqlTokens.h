@@ -1,4 +1,4 @@
-// The words of a statement in the Jet dialect. Blanks, tabs, CR and LF separate; nothing is a comment.
+// The words of a statement. Blanks, tabs, CR and LF separate.
 #pragma once
 
 #include <cstddef>
@@ -17,6 +17,7 @@ enum class TokenKind {
     Number,        ///< 12, 1.5, .5, 1E3; &H1F is written out in decimal
     Date,          ///< the inside of #…#
     Marker,        ///< ?
+    TablePath,     ///< a table name as it stands after FROM and its like, up to the next clause
     Symbol         ///< an operator or punctuation mark, one or two characters
 };
 
@@ -26,7 +27,7 @@ struct Token {
     std::size_t at = 0;  ///< byte offset of the token in the statement
 };
 
-/// The tokens of a statement, the last one of kind End.
+/// The tokens of a statement in the Jet dialect, the last one of kind End; nothing is a comment.
 /// Throws Error{Syntax} for an unclosed quote, bracket or date, and for a character without meaning.
 std::vector<Token> Tokenize(std::string_view statement);
 

@@ -41,6 +41,7 @@ bool HasRowNumbers(SqliteFile& file, const std::string& table) {
 }  // namespace
 
 std::optional<std::string> FindTable(SqliteFile& file, std::string_view name) {
+    if (EqualNoCase(name, "sqlite_master")) return "sqlite_master";  // SQLite's own list of tables does not list itself
     const Statement tables = PrepareStatement(
         file.Handle(), "SELECT name FROM sqlite_schema WHERE type IN ('table','view')", file.StoredPath());
     const std::string folded = FoldCase(name);

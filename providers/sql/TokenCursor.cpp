@@ -17,7 +17,8 @@ bool IsReservedWord(std::string_view word) {
     return std::any_of(std::begin(kWords), std::end(kWords), [&](auto known) { return EqualNoCase(word, known); });
 }
 
-TokenCursor::TokenCursor(std::string_view statement) : statement_(statement), tokens_(Tokenize(statement)) {}
+TokenCursor::TokenCursor(std::string_view statement, const Grammar& grammar)
+    : statement_(statement), grammar_(grammar), tokens_(grammar.tokenize(statement)) {}
 
 const Token& TokenCursor::Ahead(std::size_t count) const {
     return tokens_[std::min(at_ + count, tokens_.size() - 1)];
@@ -29,12 +30,24 @@ const Token& TokenCursor::Take() {
     return now;
 }
 
-bool TokenCursor::IsWord(const Token& token, std::string_view keyword) {
-    return token.kind == TokenKind::Word && EqualNoCase(token.text, keyword);
+bool TokenCursor::Is(const Token& token, std::string_view keyword) const {
+    if (token.kind != TokenKind::Word) return false;
+    const std::size_t length = token.text.size();
+    const bool cut = grammar_.shortestKeyword != 0 && length >= grammar_.shortestKeyword && length < keyword.size();
+    return EqualNoCase(token.text, cut ? keyword.substr(0, length) : keyword);
 }
 
 bool TokenCursor::IsSymbol(const Token& token, std::string_view symbol) {
     return token.kind == TokenKind::Symbol && token.text == symbol;
+}
+
+Operator TokenCursor::TakeOperator(OperatorLevel level) {
+    for (const OperatorWord& word : level) {
+        if (!AtSymbol(word.text) && !AtWord(word.text)) continue;
+        Take();
+        return word.op;
+    }
+    return Operator::None;
 }
 
 bool TokenCursor::TakeWord(std::string_view keyword) {

@@ -5,20 +5,21 @@
 #include <string_view>
 #include <vector>
 
+#include "providers/sql/Grammar.h"
 #include "providers/sql/SqlTokens.h"
 
 namespace varnel::sql {
 
 class TokenCursor {
 public:
-    explicit TokenCursor(std::string_view statement);
+    TokenCursor(std::string_view statement, const Grammar& grammar);
 
     const Token& Now() const { return tokens_[at_]; }
     const Token& Ahead(std::size_t count) const;
     /// Gives the current token and goes on to the next.
     const Token& Take();
 
-    bool AtWord(std::string_view keyword) const { return IsWord(Now(), keyword); }
+    bool AtWord(std::string_view keyword) const { return Is(Now(), keyword); }
     bool AtSymbol(std::string_view symbol) const { return IsSymbol(Now(), symbol); }
     bool TakeWord(std::string_view keyword);
     bool TakeSymbol(std::string_view symbol);
@@ -31,8 +32,12 @@ public:
     /// The last part of owner.name. owner: gets the part before it, "" when there is none; null when it means nothing.
     std::string TakeTableName(std::string* owner = nullptr);
 
-    static bool IsWord(const Token& token, std::string_view keyword);
+    /// True for the keyword, cut down as far as the grammar lets it.
+    bool Is(const Token& token, std::string_view keyword) const;
     static bool IsSymbol(const Token& token, std::string_view symbol);
+    /// Takes one of these operators; None when none is there.
+    Operator TakeOperator(OperatorLevel level);
+    const std::string& Statement() const { return statement_; }
 
     /// The clause that is being read, for the error text: "FROM clause".
     void Enter(std::string_view clause) { clause_ = clause; }
@@ -43,6 +48,7 @@ public:
 
 private:
     std::string statement_;
+    const Grammar& grammar_;
     std::vector<Token> tokens_;
     std::size_t at_ = 0;
     std::string clause_ = "statement";

@@ -86,6 +86,8 @@ class TableStore {
 public:
     virtual ~TableStore() = default;
     virtual std::vector<std::string> TableNames() = 0;
+    /// True when OpenTable would find a table by this name, whatever its state.
+    virtual bool HasTable(std::string_view name);
     /// Throws Error when there is no such table, in the words of the format.
     virtual std::unique_ptr<TableFile> OpenTable(std::string_view name) = 0;
     /// The SELECT statement that a query kept in the store under that name stands for; nothing when there is no such
@@ -97,5 +99,12 @@ public:
     /// Throws Error, in the words of the format, when nothing in here can be written.
     virtual void RequireWritable() {}
 };
+
+inline bool TableStore::HasTable(std::string_view name) {
+    const std::string folded = FoldCase(name);
+    for (const std::string& one : TableNames())
+        if (FoldCase(one) == folded) return true;
+    return false;
+}
 
 }  // namespace varnel

@@ -19,9 +19,18 @@ struct ContractSource {
 
 using MakeContractSource = std::function<ContractSource()>;
 
+/// What a provider's table t is made with, where that differs from the servers and from SQLite.
+struct ContractTable {
+    const char* create =
+        "create table t (id integer not null primary key, name varchar(20), made datetime, price decimal(10,2))";
+    bool hasKey = true;      ///< id is a key; else it only refuses Null
+    bool hasUnicode = true;  ///< name takes every character; else those of code page 1252
+};
+
 struct ContractCase {
     const char* name;
     MakeContractSource make;
+    ContractTable table = {};
 };
 
 class DataSourceContract : public testing::TestWithParam<ContractCase> {

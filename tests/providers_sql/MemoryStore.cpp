@@ -116,11 +116,11 @@ MemoryTable& MemoryStore::Make(const std::string& name, std::vector<ColumnInfo> 
     return *(tables_[name] = std::move(table));
 }
 
-MemoryTestDatabase::MemoryTestDatabase() {
+MemoryTestDatabase::MemoryTestDatabase(const sql::Dialect& dialect) {
     auto store = std::make_unique<MemoryStore>();
     store_ = store.get();
     auto open = std::make_shared<sql::OpenStore>(std::move(store), "");
-    session_ = std::make_unique<sql::TableStoreSession>(std::move(open), sql::kJetDialect, false);
+    session_ = std::make_unique<sql::TableStoreSession>(std::move(open), dialect, false);
 }
 
 std::string MemoryTestDatabase::Ask(const std::string& query) {

@@ -53,7 +53,7 @@ private:
 /// A session on an empty MemoryStore, with the questions of SqlTestDatabase.
 class MemoryTestDatabase {
 public:
-    MemoryTestDatabase();
+    explicit MemoryTestDatabase(const sql::Dialect& dialect = sql::kJetDialect);
 
     MemoryStore& Store() { return *store_; }
     ProviderSession& Session() { return *session_; }

@@ -24,6 +24,9 @@ TEST(OpenFile, AcceptsTheConnectionStringsOfAllFileEngines) {
         {"Driver={Microsoft Text Driver (*.txt; *.csv)};DBQ=x", true},
         {"Driver={Microsoft Visual FoxPro Driver};SourceDB=x", true},
         {"Driver={Microsoft dBASE Driver (*.dbf)};DBQ=x", true},
+        {"Provider=MSDASQL.1;Extended Properties=\"Driver={Microsoft Visual FoxPro Driver};SourceDB=x\"", true},
+        {"DSN=Visual FoxPro Tables;SourceDB=x;SourceType=DBF", true},
+        {"Provider=MSDASQL;DSN=Visual FoxPro Database;SourceDB=x.dbc", true},
         {"Provider=SQLOLEDB;Data Source=srv", false},
         {"DSN=x", false},
         {"Driver={MySQL ODBC 5.1 Driver};Server=x", false},
@@ -49,26 +52,20 @@ TEST(OpenFile, SaysWhatIsWrongWithAPath) {
     const TempFolder folder;
     const std::string access =
         folder.Write("a.mdb", std::string("\0\1\0\0Standard Jet DB\0", 20) + std::string(4096, '\0'));
-    const std::string ace =
-        folder.Write("a.accdb", std::string("\0\1\0\0Standard ACE DB\0", 20) + std::string(4096, '\0'));
-    const std::string dbf = folder.Write("a.dbf", std::string("\x03\x1A\x0B\x12", 4) + std::string(60, '\0'));
     const std::string empty = folder.Write("empty.mdb"), foreign = folder.Write("foreign.mdb", "hello"),
                       missing = folder.File("none.mdb");
-    const std::string
-        jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=",
-        version = "' cannot be opened: this version opens SQLite database files and folders of text files only.";
+    const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=";
     const struct {
         std::string connection, error;
     } cases[] = {
-        {jet + access, "The Access database '" + access + version},
-        {"Provider=SQLite;Data Source=" + ace, "The Access database '" + ace + version},
-        {jet + dbf, "The FoxPro table '" + dbf + version},
-        {"Provider=VFPOLEDB;Data Source=" + folder.Path(), "The FoxPro source '" + folder.Path() + version},
+        {jet + access, "'" + access + "' is an Access file that was cut off"},
+        {"Provider=VFPOLEDB;Data Source=" + missing, "Invalid path or file name: '" + missing + "'"},
+        {"Provider=VFPOLEDB;Deleted=perhaps;Data Source=" + folder.Path(),
+         "The connection string's Deleted is Yes or No, not 'perhaps'."},
         {jet + missing + ";Extended Properties=\"text;HDR=Yes\"", "'" + missing + "' is not a valid path."},
         {jet + folder.Path() + ";Extended Properties=\"Excel 8.0\"", "Could not find installable ISAM."},
         {jet + missing, "Could not find file '" + missing + "'."},
         {"Provider=SQLite;Data Source=" + missing, "Could not find file '" + missing + "'."},
-        {jet + missing + ";Mode=ReadWriteCreate", "Could not find file '" + missing + "'."},
         {jet + empty, "Unrecognized database format '" + empty + "'."},
         {jet + foreign, "Unrecognized database format '" + foreign + "'."},
         {jet + folder.Path(), "'" + folder.Path() + "' is a folder, not a database file."},

@@ -50,11 +50,12 @@ private:
 void AddSessionRow(const std::string& connection, const TestSession& session) {
     NewRecord record(connection, "sessions",
                      "[sessionid],[SessionName],[SourceConnStr],[TargetConnStr],[SourceDBName],[TargetDBName],"
-                     "[SrcDBFPath],[DBFPath],[logfilename],[FPattern],[FRename],[FolderName]");
+                     "[SourceType],[TargetType],[SrcDBFPath],[DBFPath],[logfilename],[FPattern],[FRename],[FolderName]");
     record.Number("sessionid", session.id).Text("SessionName", session.name);
     record.Text("SourceConnStr", session.sourceConnection).Text("TargetConnStr", session.targetConnection);
     record.Text("SourceDBName", session.sourceKind).Text("TargetDBName", session.targetKind);
-    for (const char* column : {"SrcDBFPath", "DBFPath"}) record.Text(column, "");
+    record.Text("SourceType", session.sourceType).Text("TargetType", session.targetType);
+    record.Text("SrcDBFPath", session.sourceFolder).Text("DBFPath", session.targetFolder);
     record.Text("FPattern", session.pattern).Text("FRename", session.rename).Text("FolderName", session.folder);
     record.Text("logfilename", session.log).Store();
 }
@@ -90,8 +91,9 @@ void AddColumnRow(const std::string& connection, int session, int tabId, const T
 
 }  // namespace
 
-TestRepository::TestRepository(std::string folder)
-    : connection_("Provider=SQLite;Data Source=" + folder + "/vrrepo.mdb;Mode=ReadWriteCreate") {
+TestRepository::TestRepository(const std::string& folder, Form form)
+    : connection_(form == Form::Access ? AccessConnection(folder + "/vrrepo.mdb")
+                                       : SqliteConnection(folder + "/vrrepo.mdb")) {
     for (const char* statement : kTables) Execute(statement);
 }
 
@@ -135,6 +137,10 @@ void ExecuteOn(const std::string& connection, const std::string& statement) {
 
 std::string SqliteConnection(const std::string& path) {
     return "Provider=SQLite;Data Source=" + path + ";Mode=ReadWriteCreate";
+}
+
+std::string AccessConnection(const std::string& path) {
+    return "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path + ";Mode=ReadWriteCreate";
 }
 
 }  // namespace varnel

@@ -41,6 +41,8 @@ struct TestSession {
     std::string name = "Test";
     std::string sourceKind = "ACCESS", sourceConnection;
     std::string targetKind = "ACCESS", targetConnection;
+    std::string sourceType, sourceFolder;  ///< of a FoxPro source: "DIR" or "DBC", and the folder before table names
+    std::string targetType, targetFolder;
     std::string log;
     std::string folder, pattern, rename;  ///< of a polled folder
     TestTextLayout sourceText, targetText;
@@ -49,8 +51,9 @@ struct TestSession {
 
 class TestRepository {
 public:
+    enum class Form { Sqlite, Access };
     /// Makes folder/vrrepo.mdb. Needs SetProviders to have been called.
-    explicit TestRepository(std::string folder);
+    explicit TestRepository(const std::string& folder, Form form = Form::Sqlite);
 
     /// Stores a session; its tables are numbered from 1, the template of a polled folder 0.
     void Add(const TestSession& session);
@@ -70,5 +73,7 @@ std::string AskRows(const std::string& connection, const std::string& query);
 void ExecuteOn(const std::string& connection, const std::string& statement);
 /// "Provider=SQLite;Data Source=path;Mode=ReadWriteCreate"
 std::string SqliteConnection(const std::string& path);
+/// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=path;Mode=ReadWriteCreate"
+std::string AccessConnection(const std::string& path);
 
 }  // namespace varnel

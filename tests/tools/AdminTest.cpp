@@ -57,6 +57,10 @@ void AdminTest::WriteFile(const std::string& name, const std::string& text) cons
     std::ofstream(folder_ + "/" + name, std::ios::binary) << text;
 }
 
+std::string AdminTest::Bytes(const std::string& name) const {
+    return ReadFile(folder_ + "/" + name);
+}
+
 ProgramResult AdminTest::Admin(const std::vector<std::string>& arguments) const {
     return RunIn(folder_, VARNEL_ADMIN, arguments);
 }

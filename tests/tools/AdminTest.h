@@ -24,10 +24,11 @@ protected:
 
     const std::string& Folder() const { return folder_; }
     void WriteFile(const std::string& name, const std::string& text) const;
+    std::string Bytes(const std::string& name) const;
     ProgramResult Admin(const std::vector<std::string>& arguments) const;
     /// The standard output of a call that must succeed.
     std::string Output(const std::vector<std::string>& arguments) const;
-    /// Runs SQL on a SQLite file of the folder, made when it is missing; rows as CSV.
+    /// Runs SQL on a database file of the folder, a SQLite one made when it is missing; rows as CSV.
     std::string Sql(const std::string& file, const std::string& statement) const;
     /// Makes "vrrepo.mdb" and imports a session file of this text into it.
     ProgramResult Import(const std::string& sessionFile, const std::vector<std::string>& options = {}) const;
