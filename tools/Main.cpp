@@ -1,5 +1,4 @@
-// varnel-admin: makes, fills and shows repositories, runs SQL against any connection string, and verifies database
-// files.
+// varnel-admin: makes, fills and shows repositories, and runs SQL against any connection string.
 #include <CLI/CLI.hpp>
 
 #include <cstdio>

@@ -23,7 +23,10 @@ void IndexTree::ThrowDamaged(PageNumber page, const std::string& what) const {
 
 IndexImage IndexTree::Load(PageNumber page) {
     const PagePin pin = file_.Read(page);
-    return IndexImage(Open(pin, page));
+    IndexImage image(Open(pin, page));
+    // What is laid out anew relies on the order: all entries between two share what these have in common.
+    if (!std::is_sorted(image.entries.begin(), image.entries.end())) ThrowDamaged(page, "its entries are out of order");
+    return image;
 }
 
 void IndexTree::Store(PageNumber page, const IndexImage& image) {
