@@ -27,7 +27,7 @@ RowView Attached(const TableDefinition& table, Bytes row) {
 }
 
 GuidBytes RandomGuid() {
-    static thread_local std::mt19937_64 random{std::random_device{}()};
+    std::random_device random;
     GuidBytes guid;
     for (std::uint8_t& byte : guid) byte = static_cast<std::uint8_t>(random());
     guid[6] = static_cast<std::uint8_t>((guid[6] & 0x0F) | 0x40);  // version 4: made at random

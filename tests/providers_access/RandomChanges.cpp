@@ -40,7 +40,8 @@ RandomChanges::RandomChanges(std::shared_ptr<PageFile> file, AccessDatabase& dat
     definition_ = Schema(file_, 2, 1252).DefinitionOf(name_);
     const auto rows = table_->Rows(AllColumns(*table_));
     Row row(table_->Columns().size());
-    while (rows->Next(row)) model_[rows->Current()] = row;
+    bool refused = false;
+    while (rows->Next(row)) model_[rows->Current()] = {row, KeysOf(row, refused)};
 }
 
 std::string RandomChanges::RandomText(std::size_t length) {
@@ -94,60 +95,68 @@ RowId RandomChanges::NewRow() const {
     return 0;
 }
 
-/// What the table's unique and required indexes say about the row.
-bool RandomChanges::WouldCollide(const Row& row, RowId self) const {
+/// refused: whether an index requires a value that the row lacks.
+RandomChanges::Keys RandomChanges::KeysOf(const Row& row, bool& refused) const {
     const std::vector<std::size_t> order = ColumnOrder(*definition_);
-    const auto stored = [&](const Row& shown) {
-        Row values(shown.size());
-        for (std::size_t k = 0; k < order.size(); ++k) values[order[k]] = shown[k];
-        return values;
-    };
+    Row stored(row.size());
+    for (std::size_t k = 0; k < order.size(); ++k) stored[order[k]] = row[k];
+    Keys keys;
     for (const RealIndex& index : definition_->realIndexes) {
         RealIndex lenient = index;
         lenient.flags = static_cast<std::uint8_t>(lenient.flags & ~kRequiredIndex);
-        const IndexKey shape(*definition_, lenient);
-        std::string key, other;
-        const KeyState state = shape.Build(key, stored(row));
-        if (state != KeyState::Whole && (index.flags & kRequiredIndex) != 0) return true;
-        if (state != KeyState::Whole || !index.IsUnique()) continue;
-        for (const auto& [id, existing] : model_)
-            if (id != self && shape.Build(other, stored(existing)) == KeyState::Whole && other == key) return true;
+        std::string& key = keys.emplace_back();
+        if (IndexKey(*definition_, lenient).Build(key, stored) == KeyState::Whole) continue;
+        refused = refused || (index.flags & kRequiredIndex) != 0;
+        key.clear();
     }
-    return false;
+    return keys;
+}
+
+/// What the table's unique and required indexes say about the row.
+bool RandomChanges::WouldCollide(const Row& row, RowId self, Keys& keys) const {
+    bool refused = false;
+    keys = KeysOf(row, refused);
+    for (std::size_t k = 0; k < keys.size(); ++k) {
+        if (keys[k].empty() || !definition_->realIndexes[k].IsUnique()) continue;
+        for (const auto& [id, kept] : model_) refused = refused || (id != self && kept.keys[k] == keys[k]);
+    }
+    return refused;
 }
 
 void RandomChanges::Insert() {
     Row row;
     for (const ColumnInfo& column : table_->Columns()) row.push_back(RandomValue(column));
-    const bool collides = WouldCollide(row, -1);
+    Keys keys;
+    const bool collides = WouldCollide(row, -1, keys);
     try {
         table_->Append(row, std::vector<bool>(row.size(), true));
         EXPECT_FALSE(collides) << ShownRow(row);
         const RowId id = NewRow();
-        model_[id] = row;
+        model_[id] = {row, keys};
     } catch (const Error& error) {
         ++refused_;
         EXPECT_TRUE(collides) << error.what() << "\n" << ShownRow(row);
     }
 }
 
-std::map<RowId, RandomChanges::Row>::iterator RandomChanges::Pick() {
+std::map<RowId, RandomChanges::Kept>::iterator RandomChanges::Pick() {
     return std::next(model_.begin(), static_cast<std::ptrdiff_t>(Below(model_.size())));
 }
 
 void RandomChanges::Update() {
     const auto at = Pick();
-    Row row = at->second;
+    Row row = at->second.row;
     std::vector<bool> assigned(row.size());
     for (std::size_t k = 0; k < row.size(); ++k) {
         assigned[k] = Below(3) == 0;
         if (assigned[k]) row[k] = RandomValue(table_->Columns()[k]);
     }
-    const bool collides = WouldCollide(row, at->first);
+    Keys keys;
+    const bool collides = WouldCollide(row, at->first, keys);
     try {
         table_->Update(at->first, row, assigned);
         EXPECT_FALSE(collides) << ShownRow(row);
-        at->second = row;
+        at->second = {row, keys};
     } catch (const Error& error) {
         ++refused_;
         EXPECT_TRUE(collides) << error.what() << "\n" << ShownRow(row);
@@ -179,6 +188,19 @@ void RandomChanges::Change(int count, std::size_t aboutRows) {
     }
 }
 
+std::string RandomChanges::AsCsv() const {
+    std::string csv;
+    for (const auto& [id, kept] : model_) {
+        for (const Value& value : kept.row) {
+            const char* quote = value.Kind() == ValueKind::Text && !value.AsText().empty() ? "\"" : "";
+            if (!value.IsNull()) csv += quote + DefaultText(value) + quote;
+            csv += ',';
+        }
+        csv.back() = '\n';
+    }
+    return csv;
+}
+
 void RandomChanges::Check() {
     const auto rows = table_->Rows(AllColumns(*table_));
     Row row(table_->Columns().size());
@@ -186,7 +208,7 @@ void RandomChanges::Check() {
     for (; rows->Next(row); ++count) {
         const auto expected = model_.find(rows->Current());
         ASSERT_NE(expected, model_.end()) << "a row that should not be there: " << ShownRow(row);
-        ASSERT_EQ(row, expected->second) << ShownRow(row) << "\n" << ShownRow(expected->second);
+        ASSERT_TRUE(row == expected->second.row) << ShownRow(row) << "\n" << ShownRow(expected->second.row);
     }
     EXPECT_EQ(count, model_.size());
     EXPECT_EQ(table_->CountRows(), static_cast<std::int64_t>(model_.size()));
@@ -203,9 +225,9 @@ void RandomChanges::CheckIndexes() {
     const std::vector<std::size_t> order = ColumnOrder(definition);
     for (const RealIndex& index : definition.realIndexes) {
         std::set<std::string> expected, found;
-        for (const auto& [id, shown] : model_) {
-            Row values(shown.size());
-            for (std::size_t k = 0; k < order.size(); ++k) values[order[k]] = shown[k];
+        for (const auto& [id, kept] : model_) {
+            Row values(kept.row.size());
+            for (std::size_t k = 0; k < order.size(); ++k) values[order[k]] = kept.row[k];
             std::string entry;
             if (IndexKey(definition, index).Build(entry, values) == KeyState::NoEntry) continue;
             AppendRowId(entry, UnpackRowPointer(static_cast<std::uint32_t>(id)));

@@ -22,19 +22,28 @@ public:
     void Check();
     void DeleteAll();
 
+    /// The model's rows as lines of comma-separated cells, texts in quotes unless they are empty.
+    std::string AsCsv() const;
     int Refused() const { return refused_; }
 
 private:
     using Row = std::vector<Value>;
+    /// For each index the row's key, when no other row may have it in a unique one; else "".
+    using Keys = std::vector<std::string>;
+    struct Kept {
+        Row row;
+        Keys keys;
+    };
     void Insert();
     void Update();
     void Delete();
-    bool WouldCollide(const Row& row, RowId self) const;
+    Keys KeysOf(const Row& row, bool& refused) const;
+    bool WouldCollide(const Row& row, RowId self, Keys& keys) const;
     Value RandomValue(const ColumnInfo& column);
     std::string RandomText(std::size_t length);
     std::size_t Below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_); }
     RowId NewRow() const;
-    std::map<RowId, Row>::iterator Pick();
+    std::map<RowId, Kept>::iterator Pick();
     void CheckIndexes();
 
     std::shared_ptr<PageFile> file_;
@@ -42,7 +51,7 @@ private:
     std::mt19937 random_;
     std::unique_ptr<TableFile> table_;
     std::shared_ptr<const TableDefinition> definition_;  ///< as it was at first
-    std::map<RowId, Row> model_;
+    std::map<RowId, Kept> model_;
     int refused_ = 0;
 };
 
