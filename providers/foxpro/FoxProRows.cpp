@@ -57,7 +57,8 @@ bool FoxProRows::NextBlock() {
     blockStart_ += blockRecords_;
     blockRecords_ = inBlock_ = 0;
     if (blockStart_ > last_) {
-        if (!file_->Damage().empty()) throw Error(ErrorKind::Corrupt, file_->Name(), file_->Damage());
+        const bool isHeld = std::exchange(hold_, nullptr) != nullptr;
+        if (isHeld && !file_->Damage().empty()) throw Error(ErrorKind::Corrupt, file_->Name(), file_->Damage());
         return false;
     }
     const std::size_t count =
@@ -80,26 +81,38 @@ void FoxProRows::ReadValue(std::size_t column, Value& value) {
                      std::to_string(current_) + ", column '" + columnNames_[column] + "'");
 }
 
+bool FoxProRows::WantsMemos() const {
+    const DbfHeader& header = file_->Header();
+    return std::any_of(wanted_.begin(), wanted_.end(), [&](std::size_t column) {
+        return KindOfField(header.fields[column], header.dialect) == FieldKind::Memo;
+    });
+}
+
 void FoxProRows::BeforeChange(bool memosGo) {
-    if (!keptRecords_) {
-        auto kept = std::make_unique<KeptCopy>();
-        std::vector<std::uint8_t> buffer(std::max<std::size_t>(kCopyBytes / recordBytes_, 1) * recordBytes_);
-        for (RecordNumber next = blockStart_ + blockRecords_; next <= last_;) {
-            const std::size_t count =
-                static_cast<std::size_t>(std::min<RecordNumber>(buffer.size() / recordBytes_, last_ - next + 1));
-            const std::span<std::uint8_t> part = std::span(buffer).first(count * recordBytes_);
-            file_->ReadRecords(next, count, part);
-            kept->Add(part);
-            next += count;
-        }
-        keptRecords_ = std::move(kept);
+    if (inBlock_ == blockRecords_ && blockStart_ + blockRecords_ > last_) return;  // all rows were read
+    if (!keptRecords_) KeepRecords();
+    if (memosGo && !keptMemos_ && file_->MemoBytes() != nullptr && WantsMemos()) KeepMemos(*file_->MemoBytes());
+}
+
+void FoxProRows::KeepRecords() {
+    auto kept = std::make_unique<KeptCopy>();
+    std::vector<std::uint8_t> buffer(std::max<std::size_t>(kCopyBytes / recordBytes_, 1) * recordBytes_);
+    for (RecordNumber next = blockStart_ + blockRecords_; next <= last_;) {
+        const std::size_t count =
+            static_cast<std::size_t>(std::min<RecordNumber>(buffer.size() / recordBytes_, last_ - next + 1));
+        const std::span<std::uint8_t> part = std::span(buffer).first(count * recordBytes_);
+        file_->ReadRecords(next, count, part);
+        kept->Add(part);
+        next += count;
     }
-    const ByteFile* memos = file_->MemoBytes();
-    if (!memosGo || keptMemos_ || memos == nullptr) return;
+    keptRecords_ = std::move(kept);
+}
+
+void FoxProRows::KeepMemos(const ByteFile& memos) {
     auto kept = std::make_unique<KeptCopy>();
     std::array<std::uint8_t, kCopyBytes> buffer;
-    for (std::uint64_t at = 0; at < memos->Size();) {
-        const std::size_t got = memos->Read(at, buffer);
+    for (std::uint64_t at = 0; at < memos.Size();) {
+        const std::size_t got = memos.Read(at, buffer);
         if (got == 0) break;
         kept->Add({buffer.data(), got});
         at += got;

@@ -29,6 +29,9 @@ public:
 
 private:
     void BeforeChange(bool memosGo) override;
+    bool WantsMemos() const;
+    void KeepRecords();
+    void KeepMemos(const ByteFile& memos);
     bool NextRecord();
     bool NextBlock();
     void ReadValue(std::size_t column, Value& value);
