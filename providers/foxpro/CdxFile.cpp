@@ -12,8 +12,9 @@ namespace {
 
 constexpr std::size_t kRootAt = 0, kCounterAt = 8, kPoolAt = 512;
 constexpr std::size_t kMostTags = 1024;
-/// Nodes kept between changes: about 4 MiB of them.
-constexpr std::size_t kMostKept = 3000;
+/// Of nodes kept between changes.
+constexpr std::size_t kMostKeptBytes = std::size_t{8} << 20;
+constexpr std::size_t kPagesAtOnce = 64;
 constexpr std::uint32_t kMostPages = 0x7FFF'FFFF / kCdxPageBytes;
 
 std::array<std::uint8_t, 4> Little(std::uint32_t number) {
@@ -48,6 +49,7 @@ CdxFile::CdxFile(JournaledFiles& files, JournaledFiles::Number number, std::stri
 
 void CdxFile::Forget() {
     kept_.clear();
+    lookAgainAt_ = 0;
     released_.clear();
     tags_.clear();
     changed_ = false;
@@ -163,14 +165,24 @@ void CdxFile::Flush() {
     }
     std::sort(changed.begin(), changed.end());
     for (const CdxPage page : changed) files_.Protect(number_, page, kCdxPageBytes);
-    CdxPageBytes bytes;
-    for (const CdxPage page : changed) {
-        kept_.at(page).node.Encode(bytes);
-        files_.Write(number_, page, bytes);
-    }
+    WriteNodes(changed);
     WriteHeads();
     for (const CdxPage page : changed) kept_.at(page).changed = false;
     changed_ = false;
+}
+
+/// pages: ascending; those that follow one another are written together.
+void CdxFile::WriteNodes(const std::vector<CdxPage>& pages) {
+    std::vector<std::uint8_t> bytes;
+    CdxPageBytes page;
+    for (std::size_t k = 0; k < pages.size(); ++k) {
+        kept_.at(pages[k]).node.Encode(page);
+        bytes.insert(bytes.end(), page.begin(), page.end());
+        const bool goesOn = k + 1 < pages.size() && pages[k + 1] == pages[k] + kCdxPageBytes;
+        if (goesOn && bytes.size() < kPagesAtOnce * kCdxPageBytes) continue;
+        files_.Write(number_, pages[k] + kCdxPageBytes - bytes.size(), bytes);
+        bytes.clear();
+    }
 }
 
 void CdxFile::WriteHeads() {
@@ -179,10 +191,19 @@ void CdxFile::WriteHeads() {
     ++updateCounter_;
 }
 
+std::size_t CdxFile::KeptBytes() const {
+    std::size_t bytes = 0;
+    for (const auto& [page, kept] : kept_) bytes += kept.node.MemoryBytes();
+    return bytes;
+}
+
 void CdxFile::Trim() {
-    if (kept_.size() <= kMostKept) return;
-    Flush();
-    kept_.clear();
+    if (kept_.size() <= lookAgainAt_) return;
+    if (KeptBytes() > kMostKeptBytes) {
+        Flush();
+        kept_.clear();
+    }
+    lookAgainAt_ = kept_.size() + 100;
 }
 
 std::vector<std::uint8_t> EncodeCdxHead(const CdxTag& tag, std::uint32_t updateCounter) {

@@ -82,7 +82,9 @@ private:
     CdxTag ReadTag(CdxPage head, std::string tagName) const;
     ByteView ReadPart(CdxPage at, std::span<std::uint8_t> into) const;
     Kept& Keep(CdxPage page, KeyShape shape);
+    void WriteNodes(const std::vector<CdxPage>& pages);
     void WriteHeads();
+    std::size_t KeptBytes() const;
 
     JournaledFiles& files_;
     JournaledFiles::Number number_;
@@ -90,7 +92,8 @@ private:
     std::vector<CdxTag> tags_;
     std::unordered_map<CdxPage, Kept> kept_;
     std::vector<CdxPage> released_;
-    std::uint32_t pages_ = 0;  // those that Append made included
+    std::size_t lookAgainAt_ = 0;  // kept nodes: then their bytes are counted
+    std::uint32_t pages_ = 0;      // those that Append made included
     std::uint32_t updateCounter_ = 0;
     bool changed_ = false;
 };

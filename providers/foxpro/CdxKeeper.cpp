@@ -9,6 +9,12 @@
 #include "providers/foxpro/TableIndex.h"
 
 namespace varnel::foxpro {
+namespace {
+
+/// Of changes that wait, of all tags together.
+constexpr std::size_t kMostWaitingBytes = std::size_t{4} << 20;
+
+}  // namespace
 
 CdxKeeper::CdxKeeper(DbfFile& table, const std::string& indexPath)
     : table_(table),
@@ -22,6 +28,7 @@ CdxKeeper::CdxKeeper(DbfFile& table, const std::string& indexPath)
 
 void CdxKeeper::Resumed() {
     file_.Forget();
+    ForgetTrees();
     if (known_ == Now()) return;
     known_.reset();
     OpenTags();
@@ -35,9 +42,10 @@ CdxKeeper::Known CdxKeeper::Now() {
 void CdxKeeper::OpenTags() {
     tags_.clear();
     for (std::size_t k = 0; k < file_.Tags().size(); ++k) {
-        TagKeys keys(file_.Tags()[k], header_, fields_);
+        TagKeys keys(file_.Tags()[k], header_, fields_, "'" + table_.Name() + "' cannot be changed: ");
         const KeyShape shape = keys.Shape();
-        tags_.push_back({std::move(keys), CdxTree(file_, k, shape), {}, {}});
+        const bool mustBeDistinct = keys.IsCandidate();
+        tags_.push_back({std::move(keys), CdxTree(file_, k, shape), KeyBatch(shape.length, mustBeDistinct), {}, {}});
     }
 }
 
@@ -46,7 +54,8 @@ void CdxKeeper::CompareWithRecords() {
         const std::string difference = DifferenceOf(file_, k, tags_[k].keys, table_);
         if (difference.empty()) continue;
         throw Error(ErrorKind::NotSupported, table_.Name(),
-                    "Index tag " + file_.Tags()[k].name + " does not match the table: " + difference + ".");
+                    "'" + table_.Name() + "' cannot be changed: index tag " + file_.Tags()[k].name +
+                        " does not match the table: " + difference + ".");
     }
 }
 
@@ -81,36 +90,49 @@ void CdxKeeper::BeforeDelete(RecordNumber number, std::span<const std::uint8_t> 
 }
 
 void CdxKeeper::Change(std::uint32_t number) {
-    for (std::size_t k = 0; k < tags_.size(); ++k) RequireUnique(tags_[k], k, number);
-    file_.Trim();
-    const bool mustRebuild = std::exchange(mustRebuild_, true);  // should a tag fail after others were changed
-    bool mayLackKeys = false;
-    for (Tag& tag : tags_) mayLackKeys |= ChangeTag(tag, number);
-    mustRebuild_ = mustRebuild || mayLackKeys;
-}
-
-void CdxKeeper::RequireUnique(const Tag& tag, std::size_t at, std::uint32_t number) {
-    if (!tag.keys.IsCandidate() || !tag.after.exists || tag.before == tag.after) return;
-    const auto holder = tags_[at].tree.FindRecord(tag.after.bytes);
-    if (!holder || *holder == number) return;
-    throw Error(ErrorKind::Constraint, table_.Name(),
-                "Uniqueness of index " + file_.Tags()[at].name + " is violated: record " + std::to_string(*holder) +
-                    " has the same key.");
-}
-
-/// Returns true when a unique tag may now lack the next record that has the key.
-bool CdxKeeper::ChangeTag(Tag& tag, std::uint32_t number) {
-    if (tag.before == tag.after) return false;
-    const bool wasThere = tag.before.exists && tag.tree.Remove(tag.before.bytes, number);
-    const bool mayLackKeys = wasThere && tag.keys.IsUnique();
-    if (!tag.after.exists) return mayLackKeys;
-    if (tag.keys.IsUnique()) {
-        const auto holder = tag.tree.FindRecord(tag.after.bytes);
-        if (holder && *holder < number) return mayLackKeys;
-        if (holder) tag.tree.Remove(tag.after.bytes, *holder);
+    if (isHalfBuilt_) Rebuild(true);
+    std::size_t waiting = 0;
+    for (const Tag& tag : tags_) waiting += tag.batch.Bytes();
+    if (waiting > kMostWaitingBytes) ApplyBatches();
+    for (std::size_t k = 0; k < tags_.size(); ++k) RequireDistinct(tags_[k], number, file_.Tags()[k].name);
+    for (Tag& tag : tags_) {
+        if (tag.keys.IsUnique()) ChangeUnique(tag, number);
     }
-    tag.tree.Insert(tag.after.bytes, number);
-    return mayLackKeys;
+    for (Tag& tag : tags_) {
+        if (tag.keys.IsUnique() || tag.before == tag.after) continue;
+        if (tag.before.exists) tag.batch.Remove(tag.before.bytes, number);
+        if (tag.after.exists) tag.batch.Insert(tag.after.bytes, number);
+    }
+}
+
+void CdxKeeper::RequireDistinct(Tag& tag, std::uint32_t number, const std::string& name) {
+    if (!tag.keys.IsCandidate() || !tag.after.exists || tag.before == tag.after) return;
+    std::optional<std::uint32_t> holder;
+    if (!tag.batch.FindHolder(tag.after.bytes, holder)) holder = tag.tree.FindRecord(tag.after.bytes);
+    file_.Trim();
+    if (!holder || *holder == number) return;
+    throw Error(
+        ErrorKind::Constraint, table_.Name(),
+        "Uniqueness of index " + name + " is violated: record " + std::to_string(*holder) + " has the same key.");
+}
+
+/// Of a unique tag, which has the first record of each key only. When a record gives up its key the next one that has
+/// it is not known, so that the tag is built anew; so it is when a later tag fails.
+void CdxKeeper::ChangeUnique(Tag& tag, std::uint32_t number) {
+    if (tag.before == tag.after) return;
+    const bool mustRebuild = std::exchange(mustRebuild_, true);
+    const bool wasThere = tag.before.exists && tag.tree.Remove(tag.before.bytes, number);
+    if (tag.after.exists) {
+        const auto holder = tag.tree.FindRecord(tag.after.bytes);
+        if (holder && *holder > number) tag.tree.Remove(tag.after.bytes, *holder);
+        if (!holder || *holder > number) tag.tree.Insert(tag.after.bytes, number);
+    }
+    file_.Trim();
+    mustRebuild_ = mustRebuild || wasThere;
+}
+
+void CdxKeeper::ApplyBatches() {
+    for (Tag& tag : tags_) tag.batch.ApplyTo(tag.tree, file_);
 }
 
 void CdxKeeper::Emptied() {
@@ -118,12 +140,17 @@ void CdxKeeper::Emptied() {
 }
 
 void CdxKeeper::Commit() {
-    mustRebuild_ ? Rebuild(true) : file_.Flush();
+    if (mustRebuild_) {
+        Rebuild(true);
+    } else {
+        ApplyBatches();
+        file_.Flush();
+    }
     known_ = Now();
 }
 
 void CdxKeeper::Rebuild(bool withRecords) {
-    mustRebuild_ = true;  // until it is done
+    mustRebuild_ = isHalfBuilt_ = true;  // until it is done
     std::vector<KeyShape> shapes;
     for (const Tag& tag : tags_) shapes.push_back(tag.keys.Shape());
     std::vector<std::uint8_t> key;
@@ -135,12 +162,20 @@ void CdxKeeper::Rebuild(bool withRecords) {
                  });
              });
     file_.Forget();
-    mustRebuild_ = false;
+    ForgetTrees();
+    mustRebuild_ = isHalfBuilt_ = false;
+}
+
+void CdxKeeper::ForgetTrees() {
+    for (Tag& tag : tags_) {
+        tag.tree.Forget();
+        tag.batch.Clear();
+    }
 }
 
 /// What is in memory is dropped when the keeper resumes; what is known of the last commit point still holds.
 void CdxKeeper::RolledBack() {
-    mustRebuild_ = false;
+    mustRebuild_ = isHalfBuilt_ = false;
 }
 
 std::unique_ptr<IndexKeeper> OpenIndexKeeper(DbfFile& table) {

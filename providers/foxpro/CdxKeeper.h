@@ -11,6 +11,7 @@
 #include "providers/foxpro/CdxFile.h"
 #include "providers/foxpro/CdxTree.h"
 #include "providers/foxpro/IndexKeeper.h"
+#include "providers/foxpro/KeyBatch.h"
 #include "providers/foxpro/KeyExpression.h"
 
 namespace varnel::foxpro {
@@ -39,6 +40,7 @@ private:
     struct Tag {
         TagKeys keys;
         CdxTree tree;
+        KeyBatch batch;     // not of a unique tag, whose changes depend on what the tree holds
         Key before, after;  // of the change at hand
     };
 
@@ -46,9 +48,11 @@ private:
     void CompareWithRecords();
     void ReadKeys(RecordNumber number, std::span<const std::uint8_t> record, Key Tag::*key);
     void Change(std::uint32_t number);
-    void RequireUnique(const Tag& tag, std::size_t at, std::uint32_t number);
-    bool ChangeTag(Tag& tag, std::uint32_t number);
+    void RequireDistinct(Tag& tag, std::uint32_t number, const std::string& name);
+    void ChangeUnique(Tag& tag, std::uint32_t number);
+    void ApplyBatches();
     void Rebuild(bool withRecords);
+    void ForgetTrees();
 
     DbfFile& table_;
     DbfHeader header_;
@@ -66,6 +70,7 @@ private:
     Known Now();
     std::optional<Known> known_;
     bool mustRebuild_ = false;  // the trees in memory are no basis for the next commit point
+    bool isHalfBuilt_ = false;  // a rebuild failed: the file holds no trees
 };
 
 }  // namespace varnel::foxpro

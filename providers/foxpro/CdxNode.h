@@ -75,6 +75,10 @@ public:
     void ExpectRecords(std::uint32_t greatest);
 
     void Encode(CdxPageBytes& page) const;
+    /// Bytes of memory, about.
+    std::size_t MemoryBytes() const {
+        return 256 + keys_.capacity() + 4 * (records_.capacity() + children_.capacity());
+    }
 
     CdxPage left = kNoCdxPage, right = kNoCdxPage;
     bool isRoot = false;

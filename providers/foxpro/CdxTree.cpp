@@ -59,7 +59,21 @@ void CdxWalk::RequireOrder() {
     lastRecord_ = Record();
 }
 
+/// True when the way of the last search leads to where the entry belongs as well.
+bool CdxTree::WayStillLeads(KeyBytes key, std::uint32_t record) {
+    if (way_.empty()) return false;
+    const CdxNode& leaf = Node(way_.size() - 1);
+    if (leaf.Count() == 0 || CompareEntries(leaf.Key(0), leaf.Record(0), key, record) > 0) return false;
+    const std::size_t last = leaf.Count() - 1;
+    return leaf.right == kNoCdxPage || CompareEntries(key, record, leaf.Key(last), leaf.Record(last)) <= 0;
+}
+
 bool CdxTree::Descend(KeyBytes key, std::uint32_t record) {
+    if (WayStillLeads(key, record)) {
+        const CdxNode& leaf = Node(way_.size() - 1);
+        const std::size_t at = way_.back().at = leaf.LowerBound(key, record);
+        return at < leaf.Count() && CompareEntries(leaf.Key(at), leaf.Record(at), key, record) == 0;
+    }
     way_.clear();
     CdxPage page = file_.Tags()[tag_].root;
     for (;;) {
@@ -75,6 +89,18 @@ bool CdxTree::Descend(KeyBytes key, std::uint32_t record) {
         page = node.Child(way_.back().at);
     }
 }
+
+/// While it lives the tree changes its form: the way leads nowhere afterwards.
+class CdxTree::WayEnds {
+public:
+    explicit WayEnds(std::vector<Step>& way) : way_(way) {}
+    ~WayEnds() { way_.clear(); }
+    WayEnds(const WayEnds&) = delete;
+    WayEnds& operator=(const WayEnds&) = delete;
+
+private:
+    std::vector<Step>& way_;
+};
 
 bool CdxTree::Has(KeyBytes key, std::uint32_t record) {
     return Descend(key, record);
@@ -99,6 +125,7 @@ void CdxTree::Insert(KeyBytes key, std::uint32_t record) {
         const CdxNode& leaf = Node(way_.size() - 1);
         const bool isBehindAll = at == leaf.Count();
         if (isBehindAll && leaf.right != kNoCdxPage) Broken(file_, "a node above the leaves has wrong keys");
+        const WayEnds wayEnds(way_);
         LoadWhatSplitsNeed();
         if (way_.size() == 1) GrowRoot();
         if (isBehindAll) return AppendLeaf(key, record);  // keys that only ascend leave full leaves behind
@@ -200,16 +227,20 @@ bool CdxTree::Remove(KeyBytes key, std::uint32_t record) {
         CdxNode without = Node(level);
         without.Remove(way_[level].at);
         if (without.IsOverfull()) {
+            const WayEnds wayEnds(way_);
             LoadWhatSplitsNeed();
             if (level == 0) GrowRoot();
             SplitLeaf();
             continue;
         }
-        const bool isEmpty = without.Count() == 0;
-        if (isEmpty) LoadBrothers();
+        if (without.Count() > 0) {
+            Changed(level) = std::move(without);
+            return CorrectLast(), true;
+        }
+        const WayEnds wayEnds(way_);
+        LoadBrothers();
         Changed(level) = std::move(without);
-        isEmpty ? DropEmpty(level) : CorrectLast();
-        return true;
+        return DropEmpty(level), true;
     }
     return false;
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "providers/foxpro/CdxFile.h"
@@ -46,6 +47,8 @@ public:
     void Insert(KeyBytes key, std::uint32_t record);
     /// False when there is no such entry. When it throws the tree is as before.
     bool Remove(KeyBytes key, std::uint32_t record);
+    /// To be called when the file's nodes may be others than before.
+    void Forget() { way_.clear(); }
 
 private:
     /// One level of the way from the root to a leaf: entry at of node page leads on.
@@ -54,6 +57,9 @@ private:
         std::size_t at;
     };
 
+    class WayEnds;
+
+    bool WayStillLeads(KeyBytes key, std::uint32_t record);
     /// Finds the way to where (key, record) is or belongs; true when it is there.
     bool Descend(KeyBytes key, std::uint32_t record);
     CdxNode& Node(std::size_t level) { return file_.Load(way_[level].page, shape_); }
@@ -73,7 +79,11 @@ private:
     CdxFile& file_;
     std::size_t tag_;
     KeyShape shape_;
-    std::vector<Step> way_;
+    std::vector<Step> way_;  // of the last search: neighbours in order are found without another descent
 };
+
+/// The first fault of a tree in words, "" when there is none: entries above the leaves are the last ones below them,
+/// brothers know each other, leaves lie at one depth. What CdxWalk checks is not looked at again.
+std::string FaultInTree(const CdxFile& file, CdxPage root, KeyShape shape);
 
 }  // namespace varnel::foxpro

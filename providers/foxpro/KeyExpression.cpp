@@ -252,9 +252,9 @@ void AppendKeyBytes(const KeyValue& value, KeySort sort, bool nullable, KeyShape
     }
 }
 
-TagKeys::TagKeys(const CdxTag& tag, const DbfHeader& header, const FindKeyField& findField)
+TagKeys::TagKeys(const CdxTag& tag, const DbfHeader& header, const FindKeyField& findField, const std::string& intro)
     : shape_{tag.keyLength, 0}, options_(tag.options) {
-    const std::string whose = "Index tag " + tag.name + ": ";
+    const std::string whose = intro + "index tag " + tag.name + ": ";
     const auto refuse = [&](const std::string& reason) {
         throw Error(ErrorKind::NotSupported, tag.name, whose + reason + ".");
     };

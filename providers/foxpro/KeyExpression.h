@@ -28,8 +28,9 @@ KeyTermPtr ParseKeyExpression(std::string_view text, const DbfHeader& header, co
 /// What one tag stores of a record.
 class TagKeys {
 public:
-    /// header: outlives this. Throws Error{NotSupported} naming the tag and why its keys cannot be made.
-    TagKeys(const CdxTag& tag, const DbfHeader& header, const FindKeyField& findField);
+    /// header: outlives this. Throws Error{NotSupported} naming the tag and why its keys cannot be made, behind intro
+    /// ("'x.dbf' cannot be changed: ").
+    TagKeys(const CdxTag& tag, const DbfHeader& header, const FindKeyField& findField, const std::string& intro = "");
 
     KeyShape Shape() const { return shape_; }
     bool IsUnique() const { return (options_ & kUniqueTag) != 0; }

@@ -32,6 +32,8 @@ public:
             value.isNull = value.isNull || values_[k].isNull;
         }
         value.text.clear();
+        value.number = 0;
+        value.truth = false;
         if (!value.isNull) body_(record, values_, value);
     }
 

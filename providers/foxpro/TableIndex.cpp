@@ -79,54 +79,10 @@ std::string DifferenceOfUnique(CdxFile& file, std::size_t tag, TagKeys& keys, Db
     return missing.starts_with("it holds") ? "" : missing;
 }
 
-/// The tree from its root: every entry above the leaves is the last one below it, and leaves tell their free bytes.
-class TreeCheck {
-public:
-    TreeCheck(const CdxFile& file, KeyShape shape) : file_(file), shape_(shape) {}
-
-    /// Returns the first fault below page, "" when there is none.
-    std::string Node(CdxPage page, std::size_t level, const CdxNode* above, std::size_t at) {
-        if (++seen_ > file_.Pages() || level > kMostLevels) return "its tree runs in a circle";
-        const CdxNode node = file_.Read(page, shape_);
-        const std::string place = "page " + std::to_string(page);
-        if (node.isRoot != (above == nullptr)) return place + " does not know whether it is the root";
-        if (above != nullptr && !EndsAs(node, *above, at))
-            return place + " ends with another key than the one above it";
-        if (node.IsLeaf()) return Leaf(node, place, level);
-        for (std::size_t k = 0; k < node.Count(); ++k) {
-            std::string fault = Node(node.Child(k), level + 1, &node, k);
-            if (!fault.empty()) return fault;
-        }
-        return "";
-    }
-
-private:
-    static constexpr std::size_t kMostLevels = 40;
-
-    static bool EndsAs(const CdxNode& node, const CdxNode& above, std::size_t at) {
-        if (node.Count() == 0) return false;
-        const std::size_t last = node.Count() - 1;
-        return CompareEntries(node.Key(last), node.Record(last), above.Key(at), above.Record(at)) == 0;
-    }
-
-    std::string Leaf(const CdxNode& node, const std::string& place, std::size_t level) {
-        if (leafLevel_ == kNoLevel) leafLevel_ = level;
-        if (leafLevel_ != level) return place + " is a leaf at another depth than the first one";
-        if (node.StatedFreeBytes() > node.FreeBytes()) return place + " tells of more free bytes than it has";
-        return "";
-    }
-
-    static constexpr std::size_t kNoLevel = static_cast<std::size_t>(-1);
-    const CdxFile& file_;
-    KeyShape shape_;
-    std::size_t leafLevel_ = kNoLevel;
-    std::uint32_t seen_ = 0;
-};
-
 std::string FaultOfTag(CdxFile& file, std::size_t tag, const FindKeyField& fields, const DbfHeader& header,
                        DbfFile& table) {
     TagKeys keys(file.Tags()[tag], header, fields);
-    std::string fault = TreeCheck(file, keys.Shape()).Node(file.Tags()[tag].root, 0, nullptr, 0);
+    std::string fault = FaultInTree(file, file.Tags()[tag].root, keys.Shape());
     return fault.empty() ? DifferenceOf(file, tag, keys, table) : fault;
 }
 
@@ -145,8 +101,7 @@ FindKeyField KeyFieldsOf(DbfFile& table, const DbfHeader& header) {
 
 std::optional<std::string> FindStructuralIndex(DbfFile& table) {
     const DbfHeader& header = table.Header();
-    if (header.dialect != DbfDialect::VisualFoxPro && header.dialect != DbfDialect::FoxPro2) return std::nullopt;
-    if (!header.HasIndex()) return std::nullopt;
+    if (!header.HasIndex()) return std::nullopt;  // in dBASE files the flag may mean an index of another format
     return FindCompanion(table.StoredPath(), (header.tableFlags & kIsContainer) != 0 ? "dcx" : "cdx");
 }
 
@@ -179,7 +134,8 @@ std::vector<std::string> CheckIndex(DbfFile& table) {
     std::vector<std::string> faults;
     const auto path = FindStructuralIndex(table);
     if (!path) {
-        if (table.Header().HasIndex()) faults.push_back("'" + table.Name() + "' speaks of an index that is not there.");
+        const bool speaksOfIt = table.Header().dialect == DbfDialect::VisualFoxPro && table.Header().HasIndex();
+        if (speaksOfIt) faults.push_back("'" + table.Name() + "' speaks of an index that is not there.");
         return faults;
     }
     const auto note = [&](const auto& step) {

@@ -113,11 +113,13 @@ TEST(Container, LosesTheRelationsToADroppedTable) {
 
 TEST(Container, AndItsTablesAreOneAfterAKillAtAnyMoment) {
     for (const bool drops : {false, true}) {
+        const TempFolder prepared;
+        CreateContainer(prepared.File("shop.dbc"));
+        if (drops) FoxProDatabase(prepared.File("shop.dbc")).CreateTable("orders", LongColumns());
         bool ended = false;
         for (int n = 0; !ended; ++n) {
             const TempFolder folder;
-            CreateContainer(folder.File("shop.dbc"));
-            if (drops) FoxProDatabase(folder.File("shop.dbc")).CreateTable("orders", LongColumns());
+            std::filesystem::copy(prepared.Path(), folder.Path(), std::filesystem::copy_options::recursive);
             const pid_t child = fork();
             if (child == 0) {
                 int left = n;

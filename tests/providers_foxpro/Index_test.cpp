@@ -106,7 +106,8 @@ TEST(IndexKeeper, RefusesTablesWhoseIndexItCannotKeep) {
         std::size_t at;
         std::string bytes, reason;
     };
-    const Case cases[] = {{"collated", 1536 + 494, "GENERAL", "POSTALCODE: its collating sequence is GENERAL"},
+    const Case cases[] = {{"collated", 1536 + 494, "GENERAL",
+                           "cannot be changed: index tag POSTALCODE: its collating sequence is GENERAL"},
                           {"bitmap", 1536 + 15, "\5", "POSTALCODE: it is of a sort that only"},
                           {"function", 1536 + 512, std::string("SOUN(1)\0", 8), "'SOUN', as it is used, is not known"},
                           {"key", 2560 + 511, "X", "POSTALCODE does not match the table"},
