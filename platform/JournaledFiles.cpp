@@ -109,6 +109,11 @@ void JournaledGroup::Remove(Number file) {
     member.removed = true;
 }
 
+void JournaledGroup::Detach(Number file) noexcept {
+    members_[file].file.Close();
+    members_[file].gone = true;
+}
+
 const JournaledMember& JournaledGroup::At(Number file) const {
     const JournaledMember& member = members_.at(file);
     if (!member.file.IsOpen() || member.gone) {

@@ -38,6 +38,9 @@ public:
     virtual Number Create(std::string_view storedPath) = 0;
     /// The file is deleted at the next commit point; until then it reads as ever. Needs a write hold.
     virtual void Remove(Number file) = 0;
+    /// The file is changed with the others no more, and may be dropped by anybody. It has no pending changes; its
+    /// number stands for nothing from here on. Not for the first file.
+    virtual void Detach(Number file) noexcept = 0;
 
     /// Waits up to 60 s for a process of ours that writes; then throws Error{Io} naming file and holder. Plays a left
     /// journal back first. Holds nest and are counted; readers of several processes hold the files side by side.

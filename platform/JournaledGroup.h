@@ -39,6 +39,7 @@ public:
     Number Attach(std::string_view storedPath) override;
     Number Create(std::string_view storedPath) override;
     void Remove(Number file) override;
+    void Detach(Number file) noexcept override;
     std::unique_ptr<Hold> HoldForReading() override;
     std::unique_ptr<Hold> HoldForWriting() override;
     bool HeldForWriting() const override { return writeHolds_ > 0; }

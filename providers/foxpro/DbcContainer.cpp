@@ -20,6 +20,31 @@ constexpr std::uint32_t kDatabaseId = 1;  // what owns the tables
 constexpr std::size_t kId = 0, kParent = 1, kType = 2, kName = 3, kProperties = 4;
 constexpr std::size_t kContainerFields = 8;
 
+/// Files that are part of a container's group for one change. To be made before the hold, so that what the end of the
+/// hold rolls back is still of the group.
+class GuestFiles {
+public:
+    explicit GuestFiles(JournaledFiles& files) : files_(files) {}
+    ~GuestFiles() {
+        for (const JournaledFiles::Number guest : guests_) files_.Detach(guest);
+    }
+    GuestFiles(const GuestFiles&) = delete;
+    GuestFiles& operator=(const GuestFiles&) = delete;
+
+    void Create(const NewFile& file) {
+        guests_.push_back(files_.Create(file.path));
+        files_.Write(guests_.back(), 0, file.bytes);
+    }
+    void Remove(const std::string& path) {
+        guests_.push_back(files_.Attach(path));
+        files_.Remove(guests_.back());
+    }
+
+private:
+    JournaledFiles& files_;
+    std::vector<JournaledFiles::Number> guests_;
+};
+
 class DbcContainer : public Container {
 public:
     explicit DbcContainer(std::string_view storedPath)
@@ -63,12 +88,11 @@ public:
 
     void AddTable(std::string_view name, std::string_view dbfPath, std::span<const std::string> columnNames,
                   std::span<const NewFile> newFiles) override {
+        GuestFiles guests(file_->Files());
         const auto hold = file_->HoldForWriting();
         RequireNewName(name);
         for (const std::string& column : columnNames) RequireLength(column);
-        for (const NewFile& file : newFiles) {
-            file_->Files().Write(file_->Files().Create(file.path), 0, file.bytes);
-        }
+        for (const NewFile& file : newFiles) guests.Create(file);
         const DbcProperty properties[] = {{kClassProperty, std::string(1, '\1')},
                                           {kPathProperty, StoredPathOf(dbfPath) + '\0'}};
         const std::uint32_t table = AddObject(kDatabaseId, "Table", name, EncodeDbcProperties(properties));
@@ -77,6 +101,7 @@ public:
     }
 
     void RemoveTable(std::string_view name, std::span<const std::string> files) override {
+        GuestFiles guests(file_->Files());
         const auto hold = file_->HoldForWriting();
         const DbcCatalog catalog = ReadContainer(*file_);
         const DbcObject* table = catalog.FindTable(name);
@@ -86,7 +111,7 @@ public:
         for (const DbcObject& object : catalog.Objects()) {
             if (!object.isDeleted && HangsOn(catalog, object, *table)) file_->Delete(object.record);
         }
-        for (const std::string& file : files) file_->Files().Remove(file_->Files().Attach(file));
+        for (const std::string& file : files) guests.Remove(file);
         file_->Commit();
     }
 

@@ -67,7 +67,7 @@ std::vector<std::string> FoxProDatabase::TableNames() {
 }
 
 std::string FoxProDatabase::PathOf(std::string_view name) const {
-    const std::string path = IsWholePath(name) ? std::string(name) : JoinedPath(folder_, name);
+    std::string path = IsWholePath(name) ? std::string(name) : JoinedPath(folder_, name);
     if (HasExtension(path, ".dbf")) return path;
     const bool hasOther = !FileExists(path + ".dbf") && FileExists(path);
     return hasOther ? path : path + ".dbf";

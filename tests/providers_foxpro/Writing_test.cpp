@@ -167,26 +167,27 @@ TEST_F(FoxProWriting, RefusesWhatDoesNotFitAndLeavesNoTrace) {
 }
 
 TEST_F(FoxProWriting, ReadersSeeTheRowsOfTheirBeginning) {
-    const auto table = Make("s", {Column("k", "I"), Column("m", "M")});
-    for (int k = 1; k <= 20'000; ++k) Add(*table, {Value::OfInteger(k), Value::OfText("memo " + std::to_string(k))});
+    const auto table = Make("s", {Column("k", "I"), Column("m", "M"), Column("pad", "C", {100})});
+    for (int k = 1; k <= 20'000; ++k)
+        Add(*table, {Value::OfInteger(k), Value::OfText("memo " + std::to_string(k)), kNull});
     const std::size_t wanted[] = {0, 1};
     const auto other = database_.OpenTable("S.DBF");
     const auto rows = other->Rows(wanted);
     std::vector<Value> row(2);
     ASSERT_TRUE(rows->Next(row));
-    Add(*table, {Value::OfInteger(-1), Value::OfText("later")});
-    table->Update(19'000, std::vector<Value>{Value::OfInteger(-5), kNull}, {true, false});
+    Add(*table, {Value::OfInteger(-1), Value::OfText("later"), kNull});
+    table->Update(19'000, std::vector<Value>{Value::OfInteger(-5), kNull, kNull}, {true, false, false});
     table->Delete(2);
     EXPECT_EQ(other->CountRows(), 20'000);
     table->DeleteAll();
-    Add(*table, {Value::OfInteger(77), Value::OfText("new")});
+    Add(*table, {Value::OfInteger(77), Value::OfText("new"), kNull});
     for (int k = 2; k <= 20'000; ++k) {
         ASSERT_TRUE(rows->Next(row));
         ASSERT_EQ(row[0], Value::OfInteger(k));
         ASSERT_EQ(row[1], Value::OfText("memo " + std::to_string(k)));
     }
     EXPECT_FALSE(rows->Next(row));
-    EXPECT_EQ(RowsOf(*other), Lines{"77|new"});
+    EXPECT_EQ(RowsOf(*other), Lines{"77|new|"});
     table->Commit();
     EXPECT_EQ(std::filesystem::file_size(Path("s.fpt")), 512u + 64u);
     EXPECT_LT(std::filesystem::file_size(Path("s.dbf")), 1024u);
