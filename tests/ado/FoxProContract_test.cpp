@@ -20,7 +20,7 @@ ContractSource MakeDbase() {
 constexpr ContractTable kFoxPro = {
     "create table t (id integer not null, name varchar(20), made datetime, price n(10,2))", false, false};
 constexpr ContractTable kDbase = {
-    "create table t (id integer not null, name varchar(20), made datetime, price decimal(10,2))", false, false};
+    "create table t (id integer not null, name varchar(20), made datetime, price decimal(8,2))", false, false};
 
 INSTANTIATE_TEST_SUITE_P(FoxPro, DataSourceContract,
                          testing::Values(ContractCase{"FoxPro", MakeFolder, kFoxPro},
