@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -14,8 +15,8 @@
 namespace varnel {
 namespace {
 
-[[noreturn]] void ThrowFileError(int code, const std::string& storedPath) {
-    throw Error(ErrorKind::Io, storedPath, FileErrorText(code, storedPath));
+[[noreturn]] void ThrowFileError(int code, const std::string& storedPath, bool folderMissing = false) {
+    throw Error(ErrorKind::Io, storedPath, FileErrorText(code, storedPath, folderMissing));
 }
 
 int OpenRetrying(const std::string& path, int flags) {
@@ -52,7 +53,7 @@ DiskFile::DiskFile(std::string localPath, std::string storedPath, Mode mode)
         writeRefusal_ = errno;
         descriptor_ = OpenRetrying(local_, O_RDONLY);
     }
-    if (descriptor_ < 0) Fail(errno);
+    if (descriptor_ < 0) ThrowFileError(errno, stored_, mode == Mode::New);
     struct stat status {};
     if (fstat(descriptor_, &status) == 0 && S_ISDIR(status.st_mode)) {
         Close();
@@ -80,6 +81,10 @@ DiskFile& DiskFile::operator=(DiskFile&& other) noexcept {
 
 void DiskFile::Close() noexcept {
     if (IsOpen()) close(std::exchange(descriptor_, -1));
+}
+
+void DiskFile::RemoveName() noexcept {
+    unlink(local_.c_str());
 }
 
 bool DiskFile::StillThere() const noexcept {
@@ -166,6 +171,12 @@ void SyncFolder(const std::string& localFolder, const std::string& storedPath) {
 
 void RemoveDiskFile(const std::string& localPath, const std::string& storedPath) {
     if (unlink(localPath.c_str()) != 0 && errno != ENOENT) ThrowFileError(errno, storedPath);
+}
+
+std::string MachineName() {
+    std::array<char, 256> name{};
+    gethostname(name.data(), name.size() - 1);
+    return name.data();
 }
 
 std::string PathWithoutLinks(const std::string& localPath) {

@@ -30,6 +30,8 @@ public:
     const std::string& LocalPath() const { return local_; }
     const std::string& StoredPath() const { return stored_; }
     int Descriptor() const { return descriptor_; }
+    /// Removes the path, if it can be; the file stays open.
+    void RemoveName() noexcept;
     /// True while the path still names the file that is open.
     bool StillThere() const noexcept;
 
@@ -62,6 +64,8 @@ std::string FolderPart(const std::string& localPath);
 void SyncFolder(const std::string& localFolder, const std::string& storedPath);
 /// A file that does not exist counts as removed. Throws Error{Io}.
 void RemoveDiskFile(const std::string& localPath, const std::string& storedPath);
+/// The name of this machine, as locks and lock files tell it.
+std::string MachineName();
 /// The path with its links followed; as it is when that fails.
 std::string PathWithoutLinks(const std::string& localPath);
 

@@ -56,9 +56,7 @@ std::uint64_t RandomSalt() {
 }
 
 std::string HolderText() {
-    std::array<char, 200> host{};
-    gethostname(host.data(), host.size() - 1);
-    return std::string(host.data()) + ", process " + std::to_string(getpid());
+    return MachineName().substr(0, 200) + ", process " + std::to_string(getpid());
 }
 
 }  // namespace
@@ -107,7 +105,7 @@ void RollbackJournal::Close() noexcept {
 }
 
 void RollbackJournal::Discard() noexcept {
-    if (IsOpen()) unlink(local_.c_str());
+    if (IsOpen()) file_.RemoveName();
     Close();
 }
 

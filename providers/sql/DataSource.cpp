@@ -79,9 +79,11 @@ DataSource ReadDataSource(const ConnectionString& outer) {
     source.engine = EngineOf(text);
     source.storedPath = text.Get({"Data Source", "DBQ", "Database", "SourceDB", "DefaultDir"});
     source.extendedProperties = text.Get({"Extended Properties"});
+    source.databasePassword = text.Get({"Jet OLEDB:Database Password", "PWD"});
     const std::string mode = AsciiLower(text.Get({"Mode"}));
     source.readOnly = mode == "read" || mode == "readonly";
-    source.createWhenMissing = source.engine == NamedEngine::Sqlite && mode == "readwritecreate";
+    const bool makesFiles = source.engine == NamedEngine::Sqlite || source.engine == NamedEngine::Access;
+    source.createWhenMissing = makesFiles && mode == "readwritecreate";
     return source;
 }
 

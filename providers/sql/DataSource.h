@@ -14,6 +14,7 @@ struct DataSource {
     NamedEngine engine = NamedEngine::None;
     std::string storedPath;
     std::string extendedProperties;  ///< the options of a text source: "text;HDR=Yes"
+    std::string databasePassword;    ///< of an Access file
     bool readOnly = false;
     bool createWhenMissing = false;
 };

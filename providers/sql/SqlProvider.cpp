@@ -2,6 +2,7 @@
 
 #include "platform/Error.h"
 #include "platform/StoredPath.h"
+#include "providers/sql/AccessSource.h"
 #include "providers/sql/DataSource.h"
 #include "providers/sql/FoxProSource.h"
 #include "providers/sql/SqliteFile.h"
@@ -16,24 +17,10 @@ using sql::NamedEngine;
 
 namespace {
 
-Error NotReadYet(const char* what, const std::string& path) {
-    return {ErrorKind::NotSupported, path,
-            std::string(what) + " '" + path +
-                "' cannot be opened: this version opens SQLite database files, FoxPro tables and folders of text files "
-                "only."};
-}
-
 /// Throws for everything at the path that is no SQLite file.
 void RequireSqlite(const DataSource& source, FileFormat format) {
     const std::string& path = source.storedPath;
-    switch (format) {
-        case FileFormat::Sqlite:
-            return;
-        case FileFormat::Access:
-            throw NotReadYet("The Access database", path);
-        default:
-            break;
-    }
+    if (format == FileFormat::Sqlite) return;
     if (source.engine == NamedEngine::Excel)
         throw Error(ErrorKind::NotSupported, path, "Could not find installable ISAM.");
     if (format == FileFormat::Missing) {
@@ -67,7 +54,11 @@ std::unique_ptr<ProviderSession> SqlProvider::Open(const ConnectionString& text)
     if (IsFoxPro(source, path)) return sql::OpenFoxProSession(source, text);
     std::shared_ptr<sql::SqliteFile> file = sql::SqliteFile::FindOpen(path);
     if (!file) {
-        RequireSqlite(source, sql::LookAtFile(path));
+        const FileFormat format = sql::LookAtFile(path);
+        const bool makesAccess = source.engine == NamedEngine::Access && source.createWhenMissing;
+        if (format == FileFormat::Access || (format == FileFormat::Missing && makesAccess))
+            return sql::OpenAccessSession(source);
+        RequireSqlite(source, format);
         const auto mode = source.createWhenMissing ? sql::OpenMode::CreateWhenMissing : sql::OpenMode::Existing;
         file = sql::SqliteFile::Open(source.storedPath, path, mode);
     }

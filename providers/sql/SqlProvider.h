@@ -1,6 +1,6 @@
 // SQL over files: the provider of every data source that is a file or a folder. SQLite plans and executes.
-// Today's data sources are the SQLite database file, chosen by "Provider=SQLite" and by any Access connection string
-// whose file begins with SQLite's signature, and the folder of text files.
+// The data sources are Access databases, SQLite database files and FoxPro tables (the bytes of the file decide,
+// whatever the string names), and folders of text files.
 #pragma once
 
 #include "ado/types/Provider.h"
@@ -10,7 +10,7 @@ namespace varnel {
 class SqlProvider : public Provider {
 public:
     bool Accepts(const ConnectionString& text) const override;
-    /// Throws Error: a missing file, a file of another format, or a format that this version does not read yet.
+    /// Throws Error: a missing file, a file of another format.
     std::unique_ptr<ProviderSession> Open(const ConnectionString& text) const override;
 };
 

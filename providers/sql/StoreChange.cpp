@@ -10,19 +10,24 @@
 #include "providers/sql/KeptRows.h"
 
 namespace varnel::sql {
-namespace {
 
-/// Changes one row after the other; a refusal says how many were changed before it.
 template <class ChangeOne>
-void ForEachRow(std::int64_t& done, ChangeOne&& changeOne) {
+void StoreChange::ChangeRows(ChangeOne&& changeOne) {
+    std::size_t done = 0;
     try {
-        while (changeOne()) ++done;
+        for (; changeOne(done); ++done) {
+            if (!unit_) clock_.RowWritten();
+        }
+        if (unit_) unit_->Commit();
     } catch (const Error& refused) {
-        if (done == 0) throw;
+        if (unit_) unit_->Rollback();
+        if (unit_ || done == 0) throw;
         throw Error(refused.kind, refused.where,
                     std::string(refused.what()) + " (" + std::to_string(done) + " rows were changed before.)");
     }
 }
+
+namespace {
 
 class StoreInsert : public StoreChange {
 public:
@@ -44,10 +49,10 @@ public:
     }
 
     void Run() override {
-        std::int64_t done = 0;
-        ForEachRow(done, [&] {
-            if (done == static_cast<std::int64_t>(rows_.size())) return false;
-            Insert(rows_[static_cast<std::size_t>(done)]);
+        const UnitScope unit(*this, rows_.size() > 1);
+        ChangeRows([&](std::size_t done) {
+            if (done == rows_.size()) return false;
+            Insert(rows_[done]);
             return true;
         });
     }
@@ -59,7 +64,6 @@ private:
             ConvertForColumn(*table_->shape.rules, value, table_->Columns()[columns_[i]].type, values_[columns_[i]]);
         }
         Table().Append(values_, assigned_);
-        clock_.RowWritten();
     }
 
     std::vector<std::vector<Expr>> rows_;
@@ -87,16 +91,15 @@ public:
     }
 
     void Run() override {
+        const UnitScope unit(*this, true);
         KeptRows changes(newValues_.size() + 1);
         Collect(changes);
         changes.Rewind();
         std::vector<Value> change(newValues_.size() + 1);
-        std::int64_t done = 0;
-        ForEachRow(done, [&] {
+        ChangeRows([&](std::size_t) {
             if (!changes.Next(change)) return false;
             for (std::size_t i = 0; i < newValues_.size(); ++i) std::swap(values_[newValues_[i].column], change[i + 1]);
             Table().Update(change[0].AsInteger(), values_, assigned_);
-            clock_.RowWritten();
             return true;
         });
     }
@@ -141,6 +144,7 @@ public:
             Table().DeleteAll();
             return clock_.RowWritten();
         }
+        const UnitScope unit(*this, true);
         KeptRows doomed(1);
         std::vector<Value> id(1);
         {
@@ -151,11 +155,9 @@ public:
             }
         }
         doomed.Rewind();
-        std::int64_t done = 0;
-        ForEachRow(done, [&] {
+        ChangeRows([&](std::size_t) {
             if (!doomed.Next(id)) return false;
             Table().Delete(id[0].AsInteger());
-            clock_.RowWritten();
             return true;
         });
     }

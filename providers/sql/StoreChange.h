@@ -21,16 +21,34 @@ public:
     StoreChange& operator=(const StoreChange&) = delete;
 
     /// Carries the statement out with the markers' values of the moment. Throws Error: when the table refuses one of
-    /// several rows, those before it are changed, and the text says how many.
+    /// several rows, nothing is changed; or, where changes cannot be taken back, those before it are changed, and the
+    /// text says how many.
     virtual void Run() = 0;
     /// A commit point. The end of the object tries the same.
     void Commit() { clock_.Commit(); }
 
 protected:
     TableFile& Table() const { return *table_->file; }
+    /// Has changeOne(rows before it) change one row after the other until it returns false.
+    template <class ChangeOne>
+    void ChangeRows(ChangeOne&& changeOne);
+    /// What Run changes while it lives is one unit, where the table knows such.
+    class UnitScope {
+    public:
+        UnitScope(StoreChange& change, bool wanted) : change_(change) {
+            if (wanted) change_.unit_ = change_.Table().BeginUnit();
+        }
+        ~UnitScope() { change_.unit_.reset(); }
+        UnitScope(const UnitScope&) = delete;
+        UnitScope& operator=(const UnitScope&) = delete;
+
+    private:
+        StoreChange& change_;
+    };
 
     std::shared_ptr<StoreTable> table_;
     CommitClock clock_;
+    std::unique_ptr<TableUnit> unit_;  ///< of the statement that runs
 };
 
 /// markers: one value per marker, to be set before each run. Throws Error: syntax, unknown table and columns; "Only

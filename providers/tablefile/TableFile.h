@@ -28,6 +28,16 @@ public:
     virtual RowId Current() const = 0;
 };
 
+/// Changes that are kept or taken back together; those of the table's whole store, for as long as it lives.
+class TableUnit {
+public:
+    virtual ~TableUnit() = default;
+    /// A commit point. Throws Error; the changes are then still pending.
+    virtual void Commit() = 0;
+    /// Takes back everything since the unit began.
+    virtual void Rollback() = 0;
+};
+
 class TableFile {
 public:
     virtual ~TableFile() = default;
@@ -48,6 +58,8 @@ public:
     virtual void DeleteAll() = 0;
     /// A commit point: everything written so far survives the end of the process.
     virtual void Commit() = 0;
+    /// Begins a unit; what was written before becomes a commit point. Null when changes cannot be taken back.
+    virtual std::unique_ptr<TableUnit> BeginUnit() { return nullptr; }
 };
 
 inline std::optional<std::size_t> TableFile::FindColumn(std::string_view name) const {
@@ -78,6 +90,9 @@ public:
     virtual bool HasTable(std::string_view name);
     /// Throws Error when there is no such table, in the words of the format.
     virtual std::unique_ptr<TableFile> OpenTable(std::string_view name) = 0;
+    /// The SELECT statement that a query kept in the store under that name stands for; nothing when there is no such
+    /// query. Throws Error, in the words of the format, for one that cannot be read.
+    virtual std::optional<std::string> ViewText(std::string_view /*name*/) { return std::nullopt; }
     /// Throws Error{Constraint} when the table exists; nothing is ever overwritten.
     virtual void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) = 0;
     virtual void DropTable(std::string_view name) = 0;

@@ -68,8 +68,9 @@ TEST_F(FoxProSource, DoesWhatItsOptionsSay) {
         {vfp, "SELECT COMPANYNAM FROM suppliers WHERE SUPPLIERID=3 AND COUNTRY='USA'", "Grandma Kelly's Homestead"},
         {vfp, "SELECT count(*) FROM [expense details] WHERE expenseite > $100", "1"},
         {vfp, "SELECT count(*) FROM expense details", "6"},
-        {vfp, "SELECT TRIM(name) FROM cp1251 WHERE rn=2", "\xD0\xB1\xD0\xBE\xD0\xBB\xD1\x8C\xD0\xBD\xD0\xB8\xD1\x87"
-                                                           "\xD0\xBD\xD0\xBE\xD0\xB5"},
+        {vfp, "SELECT TRIM(name) FROM cp1251 WHERE rn=2",
+         "\xD0\xB1\xD0\xBE\xD0\xBB\xD1\x8C\xD0\xBD\xD0\xB8\xD1\x87"
+         "\xD0\xBD\xD0\xBE\xD0\xB5"},
     };
     for (const auto& one : cases) EXPECT_EQ(Ask(one.connection, one.query), one.rows) << one.connection << one.query;
 }

@@ -56,10 +56,10 @@ TEST(OpenFile, SaysWhatIsWrongWithAPath) {
         folder.Write("a.accdb", std::string("\0\1\0\0Standard ACE DB\0", 20) + std::string(4096, '\0'));
     const std::string empty = folder.Write("empty.mdb"), foreign = folder.Write("foreign.mdb", "hello"),
                       missing = folder.File("none.mdb");
-    const std::string
-        jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=",
-        version =
-            "' cannot be opened: this version opens SQLite database files, FoxPro tables and folders of text files only.";
+    const std::string jet = "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=",
+                      version =
+                          "' cannot be opened: this version opens SQLite database files, FoxPro tables and folders of "
+                          "text files only.";
     const struct {
         std::string connection, error;
     } cases[] = {

@@ -1,0 +1,11 @@
+#include "providers/VerifyFile.h"
+
+#include "providers/sql/VerifyFile.h"
+
+namespace varnel {
+
+FileReport VerifyFile(const std::string& storedPath, const std::string& password) {
+    return sql::VerifyFile(storedPath, password);
+}
+
+}  // namespace varnel

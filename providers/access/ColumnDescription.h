@@ -1,0 +1,17 @@
+// A table's columns as a record set describes them.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "ado/types/Provider.h"
+#include "providers/access/TableDefinition.h"
+
+namespace varnel::access {
+
+/// Positions in table.columns in the order in which users see them.
+std::vector<std::size_t> ColumnOrder(const TableDefinition& table);
+/// Throws Error{NotSupported} for a type that this program does not know.
+ColumnInfo DescribeColumn(const Column& column, Version version);
+
+}  // namespace varnel::access
