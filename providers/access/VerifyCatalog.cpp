@@ -108,7 +108,8 @@ void VerifyCatalog(VerifyContext& context, Schema& schema) {
 
 void VerifyRelationships(VerifyContext& context,
                          const std::map<PageNumber, std::shared_ptr<const TableDefinition>>& tables) {
-    for (const auto& [page, table] : tables) {
+    for (const auto& [id, table] : tables) {
+        const PageNumber page = id;
         for (const LogicalIndex& index : table->logicalIndexes) {
             if (index.relationSide == 0 || index.partnerTable == 0) continue;
             const auto partner = tables.find(index.partnerTable);
