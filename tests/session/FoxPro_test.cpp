@@ -165,5 +165,20 @@ TEST_F(FoxProSession, KeepsAFailureToItsRow) {
     EXPECT_EQ(InLog("File 'C:\\data\\MISSING' does not exist."), 2) << log_;  // the count and the rows
 }
 
+TEST_F(FoxProSession, WritesATextFile) {
+    MakeOrders("data", "Order Lines");
+    session_.targetKind = "TEXT";
+    session_.targetConnection =
+        "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + folder_.Path() + ";Extended Properties=\"text;HDR=Yes\"";
+    session_.tables = {Orders("Order Lines", Path("lines.txt"))};
+    session_.tables[0].columns.resize(9);  // without the memo and the picture
+    session_.tables[0].where = "ID<3";
+    EXPECT_EQ(Run(), 0) << log_ << errorLog_;
+    EXPECT_EQ(Content("lines.txt"),
+              "ID,NAME,CODE,MADE,BORN,PRICE,RATE,AMOUNT,FLAG\r\n"
+              "1,\"Smith\",\"A-1\",11/18/2026 4:23:05 PM,1/2/1970,10.5,0.125,-1234.56,True\r\n"
+              "2,\"\xC4rger\",,,,,,,False\r\n");
+}
+
 }  // namespace
 }  // namespace varnel
