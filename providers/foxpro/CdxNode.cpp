@@ -167,6 +167,7 @@ std::size_t CdxNode::LowerBound(KeyBytes key, std::uint32_t record) const {
 
 bool CdxNode::Insert(std::size_t at, KeyBytes key, std::uint32_t record, CdxPage child) {
     assert(key.size() == shape_.length && at <= Count());
+    statedFreeBytes_ = 0;
     if (leaf_) {
         std::size_t stored = storedBytes_ + StoredBytesOf(at > 0 ? Key(at - 1) : KeyBytes(), key, shape_.pad);
         if (at < Count()) stored = stored - StoredBytes(at) + StoredBytesOf(key, Key(at), shape_.pad);
@@ -184,6 +185,7 @@ bool CdxNode::Insert(std::size_t at, KeyBytes key, std::uint32_t record, CdxPage
 }
 
 void CdxNode::Remove(std::size_t at) {
+    statedFreeBytes_ = 0;
     if (leaf_) {
         storedBytes_ -= StoredBytes(at);
         if (at + 1 < Count()) {
