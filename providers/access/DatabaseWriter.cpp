@@ -7,21 +7,21 @@
 namespace varnel::access {
 namespace {
 
-/// Calls forget when the step that it stands in fails.
-template <class Forget>
-class OnFailure {
+/// Calls its action at its end, unless it was told otherwise.
+template <class Action>
+class AtEnd {
 public:
-    explicit OnFailure(Forget forget) : forget_(std::move(forget)) {}
-    ~OnFailure() {
-        if (!succeeded_) forget_();
+    explicit AtEnd(Action action) : action_(std::move(action)) {}
+    ~AtEnd() {
+        if (!cancelled_) action_();
     }
-    OnFailure(const OnFailure&) = delete;
-    OnFailure& operator=(const OnFailure&) = delete;
-    void Succeeded() { succeeded_ = true; }
+    AtEnd(const AtEnd&) = delete;
+    AtEnd& operator=(const AtEnd&) = delete;
+    void Cancel() { cancelled_ = true; }
 
 private:
-    Forget forget_;
-    bool succeeded_ = false;
+    Action action_;
+    bool cancelled_ = false;
 };
 
 }  // namespace
@@ -53,10 +53,10 @@ template <class Body>
 void DatabaseWriter::ChangeRow(const CatalogEntry& table, Body&& body) {
     DropWhatIsStale();
     TableWriter& writer = WriterOf(table);
-    OnFailure forget([&] { writer.Forget(); });
+    AtEnd forget([&] { writer.Forget(); });
     Step step(file_);
     body(writer);
-    forget.Succeeded();
+    forget.Cancel();
     step.Keep();
 }
 
@@ -96,18 +96,14 @@ void DatabaseWriter::ChangeTables(Body&& body) {
     const auto hold = file_.HoldForWriting();
     DropWhatIsStale();
     StoreCounts();
-    const OnFailure forget([&] {
+    const AtEnd forget([&] {
         writers_.clear();
         schema_->Forget();
     });
-    {
-        Step step(file_);
-        body();
-        for (auto& [page, writer] : writers_) writer->StoreCounts();
-        step.Keep();
-    }
-    writers_.clear();
-    schema_->Forget();
+    Step step(file_);
+    body();
+    for (auto& [page, writer] : writers_) writer->StoreCounts();
+    step.Keep();
     file_.Commit();
 }
 

@@ -10,6 +10,7 @@ namespace varnel::access {
 namespace {
 
 constexpr PageNumber kLastFixedPage = 5;  ///< header, free map, definitions of the system tables
+constexpr PageNumber kPagesAtOnce = 32;   ///< beyond the file's end that count as free when there is no other
 
 }  // namespace
 
@@ -38,7 +39,8 @@ PageNumber FilePages::TakeLoose() {
     appended_.clear();
     std::optional<PageNumber> page = free_.First(freeMap_);
     while (!page) {
-        free_.Lengthen(freeMap_, file_.PageCount());
+        const PageNumber end = file_.PageCount();
+        free_.AddRange(freeMap_, end, (end / kPagesAtOnce + 1) * kPagesAtOnce);
         KeepAppended();
         page = free_.First(freeMap_);
     }

@@ -55,7 +55,8 @@ void LongValueWriter::Encode(const Column& column, const Value& value) {
         bytes_.assign(reinterpret_cast<const char*>(source.data()), source.size());
         wordBytes_ = bytes_.size();
     }
-    if (bytes_.size() > kLongestValue) RefuseValue(column, Value(), "it is longer than 1 GB");
+    if (bytes_.size() > kLongestValue)
+        throw Error(ErrorKind::Conversion, column.name, "A value of column '" + column.name + "' is longer than 1 GB.");
 }
 
 std::span<const std::uint8_t> LongValueWriter::Store(const Column& column, const Value& value) {

@@ -176,14 +176,7 @@ void UsageMapWriter::BecomeReference(RowPointer map) {
         if (HasBit(bits, bit)) SetReferenced(map, first + static_cast<PageNumber>(bit), true);
 }
 
-void UsageMapWriter::Lengthen(RowPointer map, PageNumber fileEnd) {
-    PageNumber end = 0;
-    ForEachPiece(map, false, [&](const Bits& bits) {
-        end = bits.first + static_cast<PageNumber>(8 * bits.bytes.size());
-        return false;
-    });
-    const PageNumber from = std::max(end, fileEnd);
-    const PageNumber to = (from / 32 + 1) * 32;
+void UsageMapWriter::AddRange(RowPointer map, PageNumber from, PageNumber to) {
     for (PageNumber page = from; page < to; ++page) Set(map, page, true, false);
 }
 

@@ -37,8 +37,7 @@ public:
     std::optional<PageNumber> Last(RowPointer map);
     /// Makes the map an empty one of the usual size. Returns the pages of bits that it no longer needs.
     std::vector<PageNumber> Reset(RowPointer map);
-    /// Lengthens the map by at least one page beyond those it covers; the new ones that are fileEnd or above are set.
-    void Lengthen(RowPointer map, PageNumber fileEnd);
+    void AddRange(RowPointer map, PageNumber from, PageNumber to);
 
 private:
     /// A piece of a map: byte k, bit b stands for page first + 8 * k + b.

@@ -1,4 +1,6 @@
 // Values, tables and files that outgrow what a map of pages holds in its row.
+#include <filesystem>
+
 #include "providers/access/RowPage.h"
 #include "tests/providers_access/WriteTest.h"
 
@@ -67,6 +69,22 @@ TEST_F(WriteTest, TheMapOfFreePagesOutgrowsItsPage) {
     Add(*table, {Int(1), value});
     table->Commit();
     Verify();
+}
+
+TEST_F(WriteTest, AFileOfTwoGigabytesTakesNoMore) {
+    Make("t", "Id LONG PRIMARY KEY, O OLEOBJECT")->Commit();
+    database_.reset(), file_.reset();
+    std::filesystem::resize_file(path_, 0x7FFFF000);  // a hole; the pages that counted as free stay so
+    Reopen();
+    const auto table = database_->OpenTable("t");
+    Add(*table, {Int(1), Value::OfBytes("small")});
+    EXPECT_EQ(ErrorOf([&] {
+                  Add(*table, {Int(2), Value::OfBytes(std::string(3'000'000, 'o'))});
+              }),
+              "'" + path_ + "' has reached its limit of 2 GB");
+    Add(*table, {Int(3), Value::OfBytes("small")});
+    table->Commit();
+    EXPECT_EQ(Rows("t"), "1|736D616C6C\n3|736D616C6C\n");
 }
 
 }  // namespace
