@@ -59,7 +59,7 @@ TEST(OpenFile, SaysWhatIsWrongWithAPath) {
         std::string connection, error;
     } cases[] = {
         {jet + access, "'" + access + "' is an Access file that was cut off"},
-        {"Provider=SQLite;Data Source=" + ace, "'" + ace + "' is an Access file that was cut off"},
+        {"Provider=SQLite;Data Source=" + access, "'" + access + "' is an Access file that was cut off"},
         {"Provider=VFPOLEDB;Data Source=" + missing, "Invalid path or file name: '" + missing + "'"},
         {"Provider=VFPOLEDB;Deleted=perhaps;Data Source=" + folder.Path(),
          "The connection string's Deleted is Yes or No, not 'perhaps'."},
