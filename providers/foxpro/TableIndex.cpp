@@ -129,7 +129,7 @@ std::string DifferenceOf(CdxFile& file, std::size_t tag, TagKeys& keys, DbfFile&
     return MissingEntry(file, tag, keys, table);
 }
 
-std::vector<std::string> CheckIndex(DbfFile& table) {
+std::vector<std::string> CheckIndex(DbfFile& table, std::vector<std::string>* unchecked) {
     const auto hold = table.HoldForReading();
     std::vector<std::string> faults;
     const auto path = FindStructuralIndex(table);
@@ -142,7 +142,8 @@ std::vector<std::string> CheckIndex(DbfFile& table) {
         try {
             step();
         } catch (const Error& error) {
-            faults.push_back("Index of '" + table.Name() + "': " + error.what());
+            const bool unknown = error.kind == ErrorKind::NotSupported && unchecked != nullptr;
+            (unknown ? *unchecked : faults).push_back("Index of '" + table.Name() + "': " + error.what());
         }
     };
     note([&] {

@@ -30,7 +30,8 @@ void VisitRecords(DbfFile& table, const std::function<void(const KeyRecord&)>& v
 std::string DifferenceOf(CdxFile& file, std::size_t tag, TagKeys& keys, DbfFile& table);
 
 /// What is wrong with the table's structural index, each fault in words that name file and tag; empty when all is
-/// well. A tag whose keys cannot be made here is checked no further, and named. Takes a read hold.
-std::vector<std::string> CheckIndex(DbfFile& table);
+/// well. A tag whose keys cannot be made here is checked no further and may be sound: unchecked gets its name and the
+/// reason; without unchecked they stand among the faults. Takes a read hold.
+std::vector<std::string> CheckIndex(DbfFile& table, std::vector<std::string>* unchecked = nullptr);
 
 }  // namespace varnel::foxpro

@@ -39,7 +39,7 @@ void AddAll(std::vector<std::string>& all, std::vector<std::string> more) {
 std::uint64_t VerifyFoxProTable(const std::string& storedPath, FileReport& report) {
     AddAll(report.findings, foxpro::VerifyTable(storedPath));
     const auto table = foxpro::DbfFile::Open(storedPath);
-    if (foxpro::FindCompanion(storedPath, "cdx")) AddAll(report.findings, foxpro::CheckIndex(*table));
+    if (foxpro::FindCompanion(storedPath, "cdx")) AddAll(report.findings, foxpro::CheckIndex(*table, &report.notes));
     const auto hold = table->HoldForReading();
     return table->Records();
 }

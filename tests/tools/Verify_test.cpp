@@ -30,7 +30,7 @@ TEST_F(VerifyCommandTest, RefusesWhatItDoesNotKnow) {
     WriteFile("note.txt", "some text");
     const ProgramResult text = Admin({"verify", "note.txt"}), missing = Admin({"verify", "none.mdb"});
     EXPECT_EQ(text.status, 1);
-    EXPECT_THAT(text.err, HasSubstr("'note.txt' is not an Access or SQLite database"));
+    EXPECT_THAT(text.err, HasSubstr("'note.txt' is no Access or SQLite database and no FoxPro table"));
     EXPECT_EQ(missing.status, 1);
     EXPECT_THAT(missing.err, EndsWith("The file 'none.mdb' does not exist.\n"));
 }
