@@ -70,7 +70,7 @@ std::vector<MatrixColumn> AllColumns() {
          "Long"},
         {"SINGLENO",
          CellForm::Single,
-         "0.5",
+         "2",
          {"0.1", "16777216", "3.4028235e38"},
          "Single",
          "",
@@ -100,7 +100,7 @@ std::vector<MatrixColumn> AllColumns() {
          "Currency"},
         {"AMOUNT",
          CellForm::Number,
-         "-1234.56",
+         "-1234",
          {"0", "0.0001", "99999999999.9999", "-99999999999.9999"},
          "",
          "N(17,4)",
@@ -180,6 +180,18 @@ Rows MatrixRows(const std::vector<MatrixColumn>& columns) {
     }
     for (std::size_t r = 0; r < rows.size(); ++r) rows[r][0] = std::to_string(r + 1);
     return rows;
+}
+
+std::string RowLabel(const std::vector<MatrixColumn>& columns, std::size_t row) {
+    if (row < 2) return row == 0 ? "ordinary values" : "Null";
+    std::size_t value = row - 2, k = 0;
+    while (value >= columns[k].values.size()) value -= columns[k++].values.size();
+    const std::string name = columns[k].name, &content = *columns[k].values[value];
+    if (content.size() > 60) return name + " of 1 MiB";
+    if (columns[k].form == CellForm::Bytes) return name + " of " + std::to_string(content.size()) + " bytes";
+    std::string shown;
+    for (const char c : content) shown += c == '\r' ? "\\r" : c == '\n' ? "\\n" : c == '\t' ? "\\t" : std::string(1, c);
+    return name + (shown.empty() ? " empty" : " `" + shown + "`");
 }
 
 Value ValueOf(const Cell& cell, CellForm form) {

@@ -27,6 +27,9 @@ std::vector<MatrixColumn> MatrixColumns(const std::string& sourceKind, bool with
 /// Row 1 is ordinary, row 2 Null throughout, and then a row for each value of each column. ID numbers them from 1.
 Rows MatrixRows(const std::vector<MatrixColumn>& columns);
 
+/// What a row, numbered from 0, is about: "NAME `O'Brien`".
+std::string RowLabel(const std::vector<MatrixColumn>& columns, std::size_t row);
+
 /// A cell as a value for the data layer.
 Value ValueOf(const Cell& cell, CellForm form);
 /// A value in the one form that is compared: numbers as plain digits, moments as "2003-07-15 13:05:09".

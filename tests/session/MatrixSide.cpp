@@ -101,6 +101,12 @@ std::vector<std::string> MatrixSide::Fill(const std::string& table, const std::v
     });
     ExecuteOn(local_, "create table " + TableInSql(table) + " (" + definitions + ")");
     const std::string names = Joined(columns, [&](const MatrixColumn& column) { return Quoted(column.name); });
+    if (kind_ == "MySQL" || kind_ == "ORACLE") {
+        std::vector<NativeColumn> native;
+        for (const MatrixColumn& column : columns) native.push_back({column.name, column.form});
+        NativeMySql(*world_.mariaDb).Insert(table, native, rows);
+        return {};
+    }
     std::vector<std::string> refused;
     Recordset target;
     target.Open("Select " + names + " FROM " + TableInSql(table), local_, adOpenDynamic, adLockOptimistic);
@@ -113,7 +119,7 @@ std::vector<std::string> MatrixSide::Fill(const std::string& table, const std::v
             target.Update();
         });
         if (error.empty()) continue;
-        refused.push_back(*row[0] + ": " + error);
+        refused.push_back(*row[0]);
         target.CancelUpdate();
     }
     target.Close();
@@ -149,10 +155,10 @@ std::vector<TestColumn> MatrixSide::Describe(const std::string& table, const std
         const Field& field = rows.Fields(k);
         const DataTypeEnum type = field.Type();
         TestColumn column{columns[k].name, DesignerTypeName(type)};
-        const bool exact = type == adNumeric || type == adVarNumeric || type == adDecimal;
+        const bool exact = field.Precision() != 0 && !IsText(type);
         column.width =
             exact ? field.Precision() : static_cast<int>(std::min<std::int64_t>(field.DefinedSize(), 2147483647));
-        column.scale = exact ? field.NumericScale() : 0;
+        column.scale = type == adNumeric ? field.NumericScale() : 0;
         column.targetType = IsText(type) && IsLongOrBinary(type) ? "203" : IsText(type) ? "VarWchar" : column.type;
         described.push_back(column);
     }
