@@ -8,6 +8,7 @@
 #include "ado/types/ValueText.h"
 #include "platform/CodePage.h"
 #include "platform/Error.h"
+#include "tests/session/Fidelity.h"
 #include "tests/session/MatrixRules.h"
 #include "tests/session/MatrixSide.h"
 #include "tests/session/SessionTest.h"
@@ -82,8 +83,8 @@ protected:
         const int status = Run();
         failures_ = InLog(into_.IsFiles() ? "has no place in code page" : "Error Loading Row\r\n");
         EXPECT_EQ(status, failures_ > 0 ? 1 : 0) << FirstFailure() << output_;
-        if (into_.IsFiles()) return CompareText();
-        CompareTable();
+        into_.IsFiles() ? CompareText() : CompareTable();
+        NoteFindings(std::get<1>(GetParam()).label, std::get<0>(GetParam()).label, withLongColumns, {found_, changes_});
     }
 
     void AddTable() {
@@ -124,7 +125,6 @@ protected:
         const auto arrived = ById(target);
         int missing = 0;
         std::map<std::string, std::string> differences;  // of a column, the first one
-        std::set<std::string> changes;
         for (const auto& row : source_) {
             const auto at = arrived.find(IdOf(row));
             if (at == arrived.end()) {
@@ -133,7 +133,7 @@ protected:
                 continue;
             }
             for (std::size_t k = 0; k < columns_.size(); ++k) {
-                const Cell expected = CarriedCell(*trip_, k, CellOf(row[k]), changes);
+                const Cell expected = CarriedCell(*trip_, k, CellOf(row[k]), changes_);
                 const Cell actual = ComparedCell(columns_[k], CellOf((*at->second)[k]));
                 if (expected == actual) continue;
                 differences.try_emplace(columns_[k].name, "row " + IdOf(row) + ", " + columns_[k].name + " " +
@@ -169,7 +169,9 @@ protected:
             for (std::size_t k = 0; k < columns_.size(); ++k) {
                 std::string cell, encoded;
                 if (!row[k].IsNull()) AppendTextCell(cell, row[k]);
-                failures += !ErrorOf([&] { page.Encode(encoded, cell); }).empty();
+                const bool refused = !ErrorOf([&] { page.Encode(encoded, cell); }).empty();
+                failures += refused;
+                if (refused) found_.insert(RowLabel(columns_, Index(row)));
                 expected += (k == 0 ? "" : ",") + encoded;
             }
             expected += "\r\n";
@@ -201,7 +203,8 @@ protected:
     Rows rows_;
     Values source_;
     std::unique_ptr<MatrixTrip> trip_;
-    std::set<std::string> found_;  ///< the rows that were reported
+    std::set<std::string> found_;    ///< the rows that were reported
+    std::set<std::string> changes_;  ///< and the rules that changed something
     int failures_ = 0, leftOut_ = 0;
 };
 
@@ -212,6 +215,19 @@ TEST_P(MatrixTest, RecordByRecord) {
 TEST_P(MatrixTest, ShortColumns) {
     Carry(false);
 }
+
+/// After all pairs: the page that tells of them is the one in the documents.
+class PageCheck : public testing::Environment {
+public:
+    void TearDown() override {
+        if (NotedTrips() < 2 * std::size(kKinds) * kTargets) return;  // only some were run
+        const std::string path = VARNEL_FIDELITY, page = FidelityPage();
+        const char* update = std::getenv("UPDATE_FIDELITY");
+        if (update != nullptr && std::string_view(update) == "1") WriteBytes(path, page);
+        EXPECT_EQ(ReadBytes(path), page) << "UPDATE_FIDELITY=1 writes the page anew";
+    }
+};
+testing::Environment* const kPageCheck = testing::AddGlobalTestEnvironment(new PageCheck);  // gtest deletes it
 
 INSTANTIATE_TEST_SUITE_P(Pairs, MatrixTest,
                          testing::Combine(testing::ValuesIn(kKinds), testing::ValuesIn(kKinds, kKinds + kTargets)),
