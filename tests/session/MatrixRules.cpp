@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "platform/CodePage.h"
-#include "tests/support/ErrorOf.h"
 
 namespace varnel {
 
@@ -37,23 +36,6 @@ Cell Padded(const Cell& cell, const TestColumn& column) {
     return column.width > 254 ? cell : PaddedTo(cell, column.width);
 }
 
-/// Characters that code page 1252 lacks become question marks, one for each UTF-16 unit.
-Cell Narrowed(const Cell& cell, const TestColumn&) {
-    if (!cell) return cell;
-    const CodePage page(1252);
-    std::string narrow;
-    for (std::size_t at = 0; at < cell->size();) {
-        std::size_t end = at + 1;
-        while (end < cell->size() && ((*cell)[end] & 0xC0) == 0x80) ++end;
-        const std::string character = cell->substr(at, end - at);
-        std::string encoded;
-        const bool held = character.size() == 1 || ErrorOf([&] { page.Encode(encoded, character); }).empty();
-        narrow += held ? character : character.size() == 4 ? "??" : "?";
-        at = end;
-    }
-    return narrow;
-}
-
 enum class Way { Any, RecordByRecord, Other };
 
 /// A change that a kind of target makes to the values of columns of one source type.
@@ -65,18 +47,12 @@ struct Rule {
     const char* why;
 };
 
-constexpr const char* kNarrow =
-    "the mapping gives a narrow column, and the server makes a question mark of what its code page lacks";
-
 constexpr Rule kRules[] = {
     {"ACCESS", Way::Any, "Boolean", NullFlag, "a Yes/No column knows no Null"},
     {"FOXPRO", Way::Any, "Char", Padded, "blanks fill a character field"},
     {"FOXPRO", Way::Any, "Varchar", Padded, "blanks fill a character field"},
     {"FOXPRO", Way::Any, "VarWchar", Padded, "blanks fill a character field"},
     {"MSSQL", Way::Any, "Char", Padded, "blanks fill a char column"},
-    {"MSSQL", Way::Any, "Char", Narrowed, kNarrow},
-    {"MSSQL", Way::Any, "Varchar", Narrowed, kNarrow},
-    {"MSSQL", Way::Any, "LongVarChar", Narrowed, kNarrow},
     {"MySQL", Way::Any, "Date", WithoutTime, "the mapping gives a Date column"},
     {"MySQL", Way::Any, "DBDate", WithoutTime, "the mapping gives a Date column"},
     {"MySQL", Way::RecordByRecord, "DBTimeStamp", WithoutTime, "this way carries no time of day"},

@@ -24,6 +24,8 @@ constexpr MatrixKind kKinds[] = {{"Access", "ACCESS", ""},       {"FoxProDir", "
                                  {"Text", "TEXT", ""},           {"TextPoll", "TEXTPOLL", ""}};
 constexpr std::size_t kTargets = 7;  // no session writes into a polled folder
 
+constexpr const char* kBatch = " (its whole batch)";
+
 using Values = std::vector<std::vector<Value>>;
 
 /// "005" from a row's ID; sorts as the numbers do.
@@ -97,7 +99,7 @@ protected:
             for (std::size_t k = 0; k < columns_.size(); ++k) {
                 if (!SpoilsABatch(*trip_, k, CellOf(row[k]))) continue;
                 table.where += (table.where.empty() ? "ID Not In (" : ",") + *CellOf(row[0]);
-                found_.insert(RowLabel(columns_, Index(row)) + " (its whole batch)");
+                found_.insert(RowLabel(columns_, Index(row)) + kBatch);
                 break;
             }
         }
@@ -129,7 +131,8 @@ protected:
             const auto at = arrived.find(IdOf(row));
             if (at == arrived.end()) {
                 ++missing;
-                found_.insert(RowLabel(columns_, Index(row)));
+                const std::string label = RowLabel(columns_, Index(row));
+                if (!found_.contains(label + kBatch)) found_.insert(label);
                 continue;
             }
             for (std::size_t k = 0; k < columns_.size(); ++k) {
