@@ -25,6 +25,7 @@ OdbcAppender::OdbcAppender(std::shared_ptr<OdbcLink> link, const std::string& se
                     "Rows can be added only through a SELECT of plain columns of one table.");
     select_ = *read;
     Describe(selectStatement);
+    narrow_.emplace(*link_, columns_);
     queueLimit_ = PrepareInsert(std::vector<bool>(columns_.size(), true))->QueueLimit();
 }
 
@@ -66,6 +67,7 @@ OdbcStatement& OdbcAppender::InsertFor(std::span<const Value> values, const std:
     for (std::size_t k = 0; k < values.size(); ++k) {
         if (!assigned[k]) continue;
         RefuseRounding(columns_[k], values[k]);
+        narrow_->Refuse(columns_[k], values[k]);
         parameters_.push_back(&values[k]);
     }
     if (const auto known = inserts_.find(assigned); known != inserts_.end()) return *known->second;

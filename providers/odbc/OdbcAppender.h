@@ -4,10 +4,12 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "ado/types/Provider.h"
+#include "providers/odbc/NarrowTexts.h"
 #include "providers/odbc/OdbcLink.h"
 #include "providers/odbc/OdbcStatement.h"
 #include "providers/odbc/SelectText.h"
@@ -35,6 +37,7 @@ private:
     std::shared_ptr<OdbcLink> link_;
     SelectText select_;
     std::vector<ColumnInfo> columns_;
+    std::optional<NarrowTexts> narrow_;
     std::size_t queueLimit_ = 0;
     std::map<std::vector<bool>, std::unique_ptr<OdbcStatement>> inserts_;
     OdbcStatement* queuing_ = nullptr;  ///< the statement with rows put aside

@@ -89,11 +89,28 @@ std::string Quoted(std::string_view text) {
     return quoted + "'";
 }
 
+using Answer = void (*)(sqlite3_context* context, int count, sqlite3_value** values);
+
+/// What is asked about the database: its name, its collation, and that collation's code page.
+void DefineProperties(sqlite3* handle) {
+    const Answer name = [](sqlite3_context* context, int, sqlite3_value**) {
+        sqlite3_result_text(context, "shop", -1, SQLITE_STATIC);
+    };
+    const Answer collation = [](sqlite3_context* context, int, sqlite3_value**) {
+        sqlite3_result_text(context, "SQL_Latin1_General_CP1_CI_AS", -1, SQLITE_STATIC);
+    };
+    const Answer codePage = [](sqlite3_context* context, int, sqlite3_value**) { sqlite3_result_int(context, 1252); };
+    sqlite3_create_function(handle, "DB_NAME", 0, SQLITE_UTF8, nullptr, name, nullptr, nullptr);
+    sqlite3_create_function(handle, "DATABASEPROPERTYEX", 2, SQLITE_UTF8, nullptr, collation, nullptr, nullptr);
+    sqlite3_create_function(handle, "COLLATIONPROPERTY", 2, SQLITE_UTF8, nullptr, codePage, nullptr, nullptr);
+}
+
 }  // namespace
 
 TdsDatabase::TdsDatabase(const std::string& file) {
     sqlite3_open(":memory:", &handle_);
     sqlite3_busy_timeout(handle_, 20000);
+    DefineProperties(handle_);
     sqlite3_create_function(handle_, "tds_fits", 6, SQLITE_UTF8, this, &TdsDatabase::CheckFit, nullptr, nullptr);
     Plain(("ATTACH " + Quoted(file) + " AS dbo").c_str());
     Plain("PRAGMA dbo.journal_mode=MEMORY");

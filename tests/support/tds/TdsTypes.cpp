@@ -9,6 +9,7 @@
 #include "ado/types/ValueConvert.h"
 #include "platform/CodePage.h"
 #include "platform/Error.h"
+#include "tests/support/ErrorOf.h"
 
 namespace varnel::tds {
 namespace {
@@ -110,11 +111,22 @@ int ContentMisfit(const SqlType& type, const TypeRow& row, const Cell& cell) {
 
 /// What the code page of a narrow column lacks is a question mark, as SQL Server has it.
 std::string Narrow(std::string_view utf8) {
+    const CodePage page(1252);
     std::string narrow;
     const std::string utf16 = ToUtf16(utf8);
     for (std::size_t k = 0; k + 1 < utf16.size(); k += 2) {
         const auto unit = static_cast<unsigned char>(utf16[k]) | static_cast<unsigned char>(utf16[k + 1]) << 8;
-        narrow += unit < 0x100 ? static_cast<char>(unit) : '?';
+        if (unit < 0x80) {
+            narrow += static_cast<char>(unit);
+        } else if (!ErrorOf([&] {
+                        std::string character;
+                        const char bytes[] = {utf16[k], utf16[k + 1]};
+                        const auto* first = reinterpret_cast<const std::uint8_t*>(bytes);
+                        AppendUtf8FromUtf16(character, {first, 2});
+                        page.Encode(narrow, character);
+                    }).empty()) {
+            narrow += '?';
+        }
     }
     return narrow;
 }
