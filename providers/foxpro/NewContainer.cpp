@@ -33,7 +33,7 @@ constexpr const char* kFirstObjects[] = {"Database", "TransactionLog", "StoredPr
 class Bytes {
 public:
     void Put(std::uint64_t number, std::size_t bytes) {
-        for (std::size_t k = 0; k < bytes; ++k) bytes_.push_back(static_cast<std::uint8_t>(number >> (8 * k)));
+        for (std::size_t k = 0; k < bytes; ++k, number >>= 8) bytes_.push_back(static_cast<std::uint8_t>(number));
     }
     void PutBig(std::uint64_t number, std::size_t bytes) {
         for (std::size_t k = bytes; k-- > 0;) bytes_.push_back(static_cast<std::uint8_t>(number >> (8 * k)));
