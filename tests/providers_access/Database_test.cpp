@@ -100,9 +100,9 @@ TEST(AccessDatabases, OtherQueriesThanPlainSelectsAreRefusedByTheirKind) {
                                                            {"UnionQuery", "union"},
                                                            {"PassthroughQuery", "pass-through"},
                                                            {"DataDefinitionQuery", "data definition"}};
-    for (const auto& [name, kind] : queries) {
-        EXPECT_EQ(ErrorOf([&] { database->ViewText(name); }),
-                  "The query '" + std::string(name) + "' is of kind " + kind + " and cannot be read.");
+    for (const auto& query : queries) {
+        EXPECT_EQ(ErrorOf([&] { database->ViewText(query.first); }),
+                  "The query '" + std::string(query.first) + "' is of kind " + query.second + " and cannot be read.");
     }
     EXPECT_EQ(database->ViewText("Table1"), std::nullopt);
     EXPECT_EQ(database->ViewText("nothing"), std::nullopt);
