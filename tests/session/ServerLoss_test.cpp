@@ -6,7 +6,7 @@
 namespace varnel {
 namespace {
 
-constexpr int kRows = 120'000;  // with their padding more than any socket keeps for a reader that sleeps
+constexpr int kRows = 400'000;  // with their padding more than any socket keeps for a reader that sleeps
 
 /// How the server's list of processes shows the query of the big table.
 constexpr const char* kReadsBig = "info like 'SELECT `ID`%`big`%'";
