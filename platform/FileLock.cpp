@@ -22,7 +22,8 @@ std::int64_t patience = 60'000;
 
 struct flock Range(LockKind kind, std::uint64_t at, std::uint64_t count) {
     struct flock range {};
-    range.l_type = kind == LockKind::None ? F_UNLCK : kind == LockKind::Shared ? F_RDLCK : F_WRLCK;
+    const int type = kind == LockKind::None ? F_UNLCK : kind == LockKind::Shared ? F_RDLCK : F_WRLCK;
+    range.l_type = static_cast<short>(type);
     range.l_whence = SEEK_SET;
     range.l_start = static_cast<off_t>(at);
     range.l_len = static_cast<off_t>(count);

@@ -47,6 +47,7 @@ std::vector<std::string> Catalog::UserTables() const {
     }
     std::sort(names.begin(), names.end());
     std::vector<std::string> sorted;
+    sorted.reserve(names.size());
     for (auto& [folded, name] : names) sorted.push_back(std::move(name));
     return sorted;
 }

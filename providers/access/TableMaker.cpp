@@ -67,7 +67,7 @@ void TableMaker::AddColumns(std::span<const ColumnDefinition> columns) {
                     "Resultant table not allowed to have more than one AutoNumber field.");
 }
 
-void TableMaker::AddIndex(const std::string& name, std::vector<std::uint16_t> columnIds, bool primary) {
+void TableMaker::AddIndex(const std::string& name, const std::vector<std::uint16_t>& columnIds, bool primary) {
     for (const std::uint16_t id : columnIds)
         if (!CanBeIndexed(table_.columns[id]))
             throw Error(ErrorKind::Constraint, table_.name,
@@ -89,12 +89,13 @@ void TableMaker::AddIndex(const std::string& name, std::vector<std::uint16_t> co
 }
 
 void TableMaker::AddIndexes(std::span<const ColumnDefinition> columns) {
+    const auto count = static_cast<std::uint16_t>(columns.size());
     std::vector<std::uint16_t> primary;
-    for (std::uint16_t k = 0; k < columns.size(); ++k)
+    for (std::uint16_t k = 0; k < count; ++k)
         if (columns[k].primaryKey) primary.push_back(k);
     const bool single = primary.size() == 1;
     if (!primary.empty()) AddIndex("PrimaryKey", primary, true);
-    for (std::uint16_t k = 0; k < columns.size(); ++k)
+    for (std::uint16_t k = 0; k < count; ++k)
         if (columns[k].unique && !(single && columns[k].primaryKey)) AddIndex(columns[k].name, {k}, false);
 }
 
@@ -132,7 +133,7 @@ void TableMaker::Make(std::string_view name, std::span<const ColumnDefinition> c
     CheckName(name);
     AddColumns(columns);
     AddIndexes(columns);
-    RowBuilder{table_};  // refuses columns that do not lie in one row
+    const RowBuilder fits(table_);  // refuses columns that do not lie in one row
     TakePages();
     WriteDefinition(database_.file_, table_);
     std::vector<std::string> required;

@@ -23,7 +23,7 @@ private:
     void CheckName(std::string_view name);
     void AddColumns(std::span<const ColumnDefinition> columns);
     void AddIndexes(std::span<const ColumnDefinition> columns);
-    void AddIndex(const std::string& name, std::vector<std::uint16_t> columnIds, bool primary);
+    void AddIndex(const std::string& name, const std::vector<std::uint16_t>& columnIds, bool primary);
     void TakePages();
     RowPointer NewMap();
     void WritePages();

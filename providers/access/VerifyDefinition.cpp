@@ -56,7 +56,8 @@ void CheckPages(VerifyContext& context, const TableDefinition& table) {
         const PagePin pin = context.file.Read(page);
         const Bytes bytes(pin.get(), pageSize);
         free.push_back(Load16(PartOf<2>(bytes, kFreeAt)));
-        all.insert(all.end(), bytes.begin() + (all.empty() ? 0 : kFrame), bytes.end());
+        const Bytes body = all.empty() ? bytes : bytes.subspan(kFrame);
+        all.insert(all.end(), body.begin(), body.end());
     }
     const ByteView view(all, PlaceOf(table));
     const std::size_t length = view.U32(kLengthAt);

@@ -122,6 +122,7 @@ std::vector<std::string> DbcCatalog::ColumnsOf(const DbcObject& table) const {
     std::stable_sort(fields.begin(), fields.end(),
                      [](const DbcObject* a, const DbcObject* b) { return a->id < b->id; });
     std::vector<std::string> names;
+    names.reserve(fields.size());
     for (const DbcObject* field : fields) names.push_back(field->name);
     return names;
 }

@@ -103,7 +103,7 @@ private:
     KeyTermPtr Sum() {
         KeyTermPtr term = Part();
         for (;;) {
-            const char sign = Take("+") ? '+' : Take("-") ? '-' : 0;
+            const char sign = Take("+") ? '+' : Take("-") ? '-' : '\0';
             if (sign == 0) return term;
             term = Sound(SumTerm(sign, std::move(term), Part()), "a sum");
         }
@@ -111,7 +111,7 @@ private:
 
     KeyTermPtr Part() {
         SkipBlanks();
-        const char c = at_ < text_.size() ? text_[at_] : 0;
+        const char c = at_ < text_.size() ? text_[at_] : '\0';
         if (c == '(') return Parenthesis();
         if (c == '\'' || c == '"' || c == '[') return Text(c == '[' ? ']' : c);
         if (c == '-' && ++at_ > 0) return Sound(SumTerm('-', NumberLiteral(0), Part()), "a sign");

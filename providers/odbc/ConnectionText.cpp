@@ -126,7 +126,7 @@ unsigned LoginSeconds(const ConnectionString& stored) {
 
 /// The driver that the stored string names, when it is registered here or is a file's name; else the best stand-in.
 std::string SqlServerDriver(const ConnectionString& stored, std::span<const std::string> drivers) {
-    const std::string named = stored.Driver();
+    std::string named = stored.Driver();
     if (!named.empty() && named.find(".so") != std::string::npos) return named;
     if (!named.empty()) {
         if (const std::string* same = FindDriver(drivers, named)) return *same;

@@ -4,6 +4,7 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -34,6 +35,11 @@ private:
 using EnvironmentHandle = Handle<SQL_HANDLE_ENV>;
 using ConnectionHandle = Handle<SQL_HANDLE_DBC>;
 using StatementHandle = Handle<SQL_HANDLE_STMT>;
+
+/// A number where the interface has a pointer, as many of its attributes want it.
+inline SQLPOINTER AsPointer(std::uintptr_t number) {
+    return reinterpret_cast<SQLPOINTER>(number);  // NOLINT(performance-no-int-to-ptr): the interface asks for it
+}
 
 /// What a handle's diagnostic records say together.
 struct Diagnosis {

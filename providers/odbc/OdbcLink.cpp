@@ -15,7 +15,7 @@ SQLHENV Environment() {
     static const SQLHENV kEnvironment = [] {
         SQLHENV made = nullptr;
         if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &made))) FailManager();
-        SQLSetEnvAttr(made, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+        SQLSetEnvAttr(made, SQL_ATTR_ODBC_VERSION, AsPointer(SQL_OV_ODBC3), 0);
         return made;
     }();
     return kEnvironment;
@@ -53,8 +53,7 @@ void OdbcLink::LogIn() {
     SQLHDBC made = nullptr;
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, Environment(), &made))) FailManager();
     connection_ = ConnectionHandle(made);
-    SQLSetConnectAttr(made, SQL_ATTR_LOGIN_TIMEOUT,
-                      reinterpret_cast<SQLPOINTER>(static_cast<std::uintptr_t>(text_.loginSeconds)), 0);
+    SQLSetConnectAttr(made, SQL_ATTR_LOGIN_TIMEOUT, AsPointer(text_.loginSeconds), 0);
     const SQLRETURN outcome =
         SQLDriverConnect(made, nullptr, Characters(text_.text), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
     if (!SQL_SUCCEEDED(outcome)) FailWith(SQL_HANDLE_DBC, made);
@@ -99,8 +98,7 @@ bool OdbcLink::Alive() noexcept {
 
 void OdbcLink::SetAutocommit(bool on) {
     const std::uintptr_t mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
-    if (!SQL_SUCCEEDED(
-            SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(mode), 0)))
+    if (!SQL_SUCCEEDED(SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, AsPointer(mode), 0)))
         FailWith(SQL_HANDLE_DBC, connection_.Get());
 }
 
@@ -118,8 +116,7 @@ void OdbcLink::Commit() {
 void OdbcLink::Rollback() noexcept {
     const bool back = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_ROLLBACK));
     const std::uintptr_t on = SQL_AUTOCOMMIT_ON;
-    if (!back ||
-        !SQL_SUCCEEDED(SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(on), 0)))
+    if (!back || !SQL_SUCCEEDED(SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, AsPointer(on), 0)))
         down_ = true;
 }
 

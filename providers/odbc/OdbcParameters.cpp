@@ -214,7 +214,7 @@ void OdbcParameters::Bind(OdbcLink& link, const StatementHandle& statement) {
     for (std::size_t k = 0; k < cells_.size(); ++k) {
         Cell& cell = cells_[k];
         const bool inPieces = cell.bytes == 0;
-        SQLPOINTER room = inPieces ? reinterpret_cast<SQLPOINTER>(k + 1) : cell.room.data();
+        SQLPOINTER room = inPieces ? AsPointer(k + 1) : cell.room.data();
         link.Check(SQLBindParameter(statement.Get(), static_cast<SQLUSMALLINT>(k + 1), SQL_PARAM_INPUT,
                                     cell.transferType, cell.sqlType, cell.size, cell.digits, room,
                                     static_cast<SQLLEN>(cell.bytes), cell.lengths.data()),

@@ -86,7 +86,7 @@ void OdbcReader::BindBlock() {
     const std::size_t fitting = kBlockBytes / std::max<std::size_t>(rowBytes, 1);
     rowsPerBlock_ = longSeen ? 1 : std::clamp<std::size_t>(fitting, 1, kMostRows);
     SQLHSTMT handle = statement_.Get();
-    SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rowsPerBlock_), 0);
+    SQLSetStmtAttr(handle, SQL_ATTR_ROW_ARRAY_SIZE, AsPointer(rowsPerBlock_), 0);
     SQLSetStmtAttr(handle, SQL_ATTR_ROWS_FETCHED_PTR, &fetched_, 0);
     for (std::size_t k = 0; k < columns_.size(); ++k) {
         BoundColumn& column = columns_[k];

@@ -26,7 +26,7 @@ StatementHandle OdbcStatement::Prepare(std::size_t rows) {
     SQLHSTMT handle = statement.Get();
     SQLCHAR* text = reinterpret_cast<SQLCHAR*>(text_.data());
     link_->Check(SQLPrepare(handle, text, static_cast<SQLINTEGER>(text_.size())), statement);
-    SQLSetStmtAttr(handle, SQL_ATTR_PARAMSET_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0);
+    SQLSetStmtAttr(handle, SQL_ATTR_PARAMSET_SIZE, AsPointer(rows), 0);
     SQLSetStmtAttr(handle, SQL_ATTR_PARAM_STATUS_PTR, states_.data(), 0);
     SQLSetStmtAttr(handle, SQL_ATTR_PARAMS_PROCESSED_PTR, &processed_, 0);
     return statement;
