@@ -34,7 +34,8 @@ public:
         TestRepository repository(folder_.Path());
         AddSession(repository, kToSqlite, "ACCESS", SqliteConnection(folder_.File("target.db")), "loaded");
         AddSession(repository, kToMySql, "MySQL", server_.ConnectionString("bench"), "loaded");
-        AddSession(repository, kToText, "TEXT", "Data Source=" + folder_.Path() + ";Extended Properties=text",
+        AddSession(repository, kToText, "TEXT",
+                   "Data Source=" + folder_.Path() + ";Extended Properties=\"text;CharacterSet=65001\"",
                    folder_.File("loaded.txt"));
         CloseIdleSessions();
     }
