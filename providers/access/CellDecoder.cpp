@@ -5,6 +5,7 @@
 
 #include "platform/Utf8.h"
 #include "providers/access/ExtendedDate.h"
+#include "providers/access/FixedLength.h"
 #include "providers/access/UnicodeText.h"
 
 namespace varnel::access {
@@ -14,33 +15,6 @@ constexpr std::uint8_t kCalculatedFlags = 0xC0;
 constexpr std::size_t kEnvelopeLengthAt = 16, kEnvelopeSize = 20;  // what stands before a calculated value
 constexpr std::uint8_t kNegativeSign = 0x80;
 constexpr int kWesternPage = 1252;
-
-/// Bytes of a type that always has the same number; 0 for the others.
-std::uint16_t SizeOf(ColumnType type) {
-    switch (type) {
-        case ColumnType::Byte:
-            return 1;
-        case ColumnType::Integer:
-            return 2;
-        case ColumnType::Long:
-        case ColumnType::Single:
-        case ColumnType::Complex:
-            return 4;
-        case ColumnType::Currency:
-        case ColumnType::Double:
-        case ColumnType::Date:
-        case ColumnType::BigInt:
-            return 8;
-        case ColumnType::Guid:
-            return 16;
-        case ColumnType::Numeric:
-            return 17;
-        case ColumnType::ExtendedDate:
-            return 42;
-        default:
-            return 0;
-    }
-}
 
 /// u32, u16, u16, each low byte first, then 8 bytes; the text form shows all of them high byte first.
 GuidBytes GuidOf(std::span<const std::uint8_t, 16> b) {
@@ -87,7 +61,7 @@ CellPlan PlanCell(const Column& column) {
     plan.calculated = (column.moreFlags & kCalculatedFlags) == kCalculatedFlags;
     plan.id = column.id;
     plan.place = plan.fixed ? column.fixedOffset : column.variableNumber;
-    plan.size = SizeOf(column.type);
+    plan.size = FixedLength(column.type);
     if (plan.fixed && plan.size == 0) plan.size = column.length;
     if (plan.calculated) plan.size = plan.fixed ? column.length : 0;
     plan.scale = column.scale;
@@ -193,7 +167,7 @@ Fault CellDecoder::DecodeCalculated(const CellPlan& plan, Bytes cell, Value& val
     if (plan.type == ColumnType::Numeric) return "it is a calculated decimal, which this program cannot read";
     if (plan.type == ColumnType::Memo) return AppendText(inner, value.StartText());
     if (plan.type == ColumnType::Ole) return AppendBytes(inner, value.StartBytes());
-    if (const std::size_t size = SizeOf(plan.type); size != 0 && inner.size() != size)
+    if (const std::size_t size = FixedLength(plan.type); size != 0 && inner.size() != size)
         return "its calculated value has the wrong size";
     return DecodeCell(plan, inner, value);
 }

@@ -17,6 +17,7 @@
 
 #include "platform/DateTime.h"
 #include "platform/Error.h"
+#include "providers/access/FixedLength.h"
 #include "providers/access/IndexKey.h"
 #include "providers/access/TextKey.h"
 
@@ -24,7 +25,7 @@ namespace varnel::access {
 namespace {
 
 constexpr std::size_t kGroup = 8;
-constexpr std::size_t kNumericLength = 17, kGuidLength = 16, kExtendedDateLength = 42;
+constexpr std::size_t kNumericLength = 17, kGuidLength = 16;
 constexpr std::uint8_t kMoreFollow = 9, kNegativeNumeric = 0x80;
 /// A compressed text begins with FF FE.
 constexpr std::uint8_t kCompressed[] = {0xFF, 0xFE};
@@ -83,33 +84,6 @@ void AddNumeric(Part& part, Bytes stored, bool ascending) {
     }
     for (std::size_t word = 1; word < kNumericLength; word += 4) {  // the highest word comes first, each low byte first
         for (std::size_t k = 4; k-- > 0;) part.Add(stored[word + k] ^ flip);
-    }
-}
-
-/// Bytes of a value in a row; 0 when they vary.
-std::size_t FixedLength(ColumnType type) {
-    switch (type) {
-        case ColumnType::Byte:
-            return 1;
-        case ColumnType::Integer:
-            return 2;
-        case ColumnType::Long:
-        case ColumnType::Single:
-        case ColumnType::Complex:
-            return 4;
-        case ColumnType::Currency:
-        case ColumnType::Double:
-        case ColumnType::Date:
-        case ColumnType::BigInt:
-            return 8;
-        case ColumnType::Guid:
-            return kGuidLength;
-        case ColumnType::Numeric:
-            return kNumericLength;
-        case ColumnType::ExtendedDate:
-            return kExtendedDateLength;
-        default:
-            return 0;
     }
 }
 
