@@ -24,6 +24,14 @@ void Connection::Execute(const std::string& statement) {
     Session()->Guarded([&](ProviderSession& session) { session.Execute(statement); });
 }
 
+std::vector<TableInfo> Connection::Tables() const {
+    return Session()->Guarded([](ProviderSession& session) { return session.Tables(); });
+}
+
+std::vector<TableColumn> Connection::Columns(const std::string& owner, const std::string& table) const {
+    return Session()->Guarded([&](ProviderSession& session) { return session.Columns(owner, table); });
+}
+
 void Connection::Close() {
     Session();
     session_.reset();

@@ -22,6 +22,9 @@ public:
               int options = -1);
     /// Runs a statement; rows that it returns are dropped.
     void Execute(const std::string& statement);
+    /// What OpenSchema tells in ADO; see ProviderSession.
+    std::vector<TableInfo> Tables() const;
+    std::vector<TableColumn> Columns(const std::string& owner, const std::string& table) const;
     /// Gives the log-in back once the last record set opened through this connection is closed.
     /// Throws Error{Misuse} when the connection is closed.
     void Close();

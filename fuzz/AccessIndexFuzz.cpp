@@ -11,7 +11,7 @@
 #include "providers/access/IndexWalk.h"
 #include "providers/access/TextKey.h"
 #include "providers/access/VerifyIndexTree.h"
-#include "tests/providers_access/MemoryPages.h"
+#include "tests/providers_access/AllocatedPages.h"
 
 using namespace varnel;
 using namespace varnel::access;
@@ -28,7 +28,7 @@ std::string Entry(unsigned k) {
 }
 
 struct Tree {
-    MemoryPages pages{kJet3Layout};
+    AllocatedPages pages{kJet3Layout};
     RealIndex index;
     Tree() {
         Step step(pages);
@@ -59,7 +59,7 @@ private:
     std::span<const std::uint8_t> bytes_;
 };
 
-void Damage(MemoryPages& pages, Input& input) {
+void Damage(AllocatedPages& pages, Input& input) {
     for (unsigned left = input.U8(); left > 0 && !input.Ended(); --left) {
         const PageNumber page = input.U8() % pages.PageCount();
         const std::size_t offset = input.U16() % kJet3Layout.pageSize;
@@ -67,7 +67,7 @@ void Damage(MemoryPages& pages, Input& input) {
     }
 }
 
-void Use(IndexTree& tree, MemoryPages& pages, unsigned what, unsigned k) {
+void Use(IndexTree& tree, AllocatedPages& pages, unsigned what, unsigned k) {
     Step step(pages);
     try {
         switch (what % 4) {
@@ -90,8 +90,9 @@ void Use(IndexTree& tree, MemoryPages& pages, unsigned what, unsigned k) {
     }
 }
 
-void WalkAll(MemoryPages& pages, PageNumber root) {
-    VerifyIndexTree(pages, kOwner, root, [](PageNumber, const std::string&) {}, [](std::string_view) {});
+void WalkAll(AllocatedPages& pages, PageNumber root) {
+    VerifyIndexTree(
+        pages, kOwner, root, [](PageNumber, const std::string&) {}, [](std::string_view) {});
     try {
         IndexWalk walk(pages, kOwner, root);
         std::string entry;
@@ -106,7 +107,7 @@ void WalkAll(MemoryPages& pages, PageNumber root) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size > 4096) return 0;  // keep one run short
     static const Tree kSound;
-    MemoryPages pages = kSound.pages;
+    AllocatedPages pages = kSound.pages;
     Input input({data, size});
     Damage(pages, input);
     IndexTree tree(pages, pages, kOwner, kSound.index);

@@ -31,6 +31,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     };
     const Fault fault = reader.Read(cell, take);
     // What is delivered as sound is as long as it was announced.
-    if (fault == nullptr && !cell.empty() && delivered != (Load32(PartOf<4>(cell, 0)) & 0x3FFFFFFF)) std::abort();
+    if (fault == nullptr && !cell.empty() && delivered != (LoadU32(cell, 0) & 0x3FFFFFFF)) std::abort();
     return 0;
 }

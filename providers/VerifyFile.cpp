@@ -4,8 +4,8 @@
 
 namespace varnel {
 
-FileReport VerifyFile(const std::string& storedPath, const std::string& password) {
-    return sql::VerifyFile(storedPath, password);
+FileReport VerifyFile(const std::string& storedPath, const std::string& password, const RowsSeen& seen) {
+    return sql::VerifyFile(storedPath, password, seen);
 }
 
 }  // namespace varnel

@@ -77,4 +77,27 @@ const char* DesignerTypeName(DataTypeEnum type) {
     }
 }
 
+std::string TypeName(DataTypeEnum type) {
+    switch (type) {
+        case adBSTR:
+            return "BSTR";
+        case adVariant:
+            return "Variant";
+        case adDecimal:
+            return "Decimal";
+        case adUnsignedSmallInt:
+            return "UnsignedSmallInt";
+        case adUnsignedInt:
+            return "UnsignedInt";
+        case adBigInt:
+            return "BigInt";
+        case adUnsignedBigInt:
+            return "UnsignedBigInt";
+        default:
+            break;
+    }
+    const std::string name = DesignerTypeName(type);
+    return name.empty() ? "type " + std::to_string(static_cast<int>(type)) : name;
+}
+
 }  // namespace varnel

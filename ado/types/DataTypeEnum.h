@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace varnel {
 
@@ -48,6 +49,8 @@ bool IsLongOrBinary(DataTypeEnum type);
 bool IsText(DataTypeEnum type);
 /// The name without "ad" as session definitions write it ("VarWchar", "LongVarWChar", "DBTimeStamp"); "" when unknown.
 const char* DesignerTypeName(DataTypeEnum type);
+/// The name without "ad" of any type: "BigInt". A number when there is none: "type 99".
+std::string TypeName(DataTypeEnum type);
 
 enum CursorTypeEnum : std::int8_t {
     adOpenUnspecified = -1,

@@ -18,28 +18,6 @@ namespace {
 
 constexpr double kTwoTo63 = 9'223'372'036'854'775'808.0;
 
-/// The type's word for a message.
-std::string TypeWord(DataTypeEnum type) {
-    switch (type) {
-        case adBSTR:
-            return "Text";
-        case adDecimal:
-            return "Decimal";
-        case adUnsignedSmallInt:
-            return "UnsignedSmallInt";
-        case adUnsignedInt:
-            return "UnsignedInt";
-        case adBigInt:
-            return "BigInt";
-        case adUnsignedBigInt:
-            return "UnsignedBigInt";
-        default:
-            break;
-    }
-    const std::string word = DesignerTypeName(type);
-    return word.empty() ? "type " + std::to_string(static_cast<int>(type)) : word;
-}
-
 /// The value as a message shows it: no more than 40 characters, bytes only by their number.
 std::string ShownValue(const Value& value) {
     constexpr std::size_t kShownCharacters = 40;
@@ -56,7 +34,7 @@ std::string ShownValue(const Value& value) {
 
 [[noreturn]] void Refuse(const char* what, const Value& from, DataTypeEnum type) {
     throw Error(ErrorKind::Conversion, "",
-                std::string(what) + ": " + ShownValue(from) + " does not convert to " + TypeWord(type));
+                std::string(what) + ": " + ShownValue(from) + " does not convert to " + TypeName(type));
 }
 
 Decimal DecimalOfText(const Value& from, DataTypeEnum type) {

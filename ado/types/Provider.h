@@ -11,25 +11,14 @@
 #include <string_view>
 #include <vector>
 
+#include "ado/types/Catalog.h"
+#include "ado/types/Column.h"
 #include "ado/types/ConnectionString.h"
 #include "ado/types/DataTypeEnum.h"
 #include "ado/types/Value.h"
 #include "platform/Error.h"
 
 namespace varnel {
-
-/// "Does not apply" in Precision and NumericScale, as ADO reports it.
-inline constexpr std::uint8_t kNotStated = 255;
-
-/// One column as an open record set describes it.
-struct ColumnInfo {
-    std::string name;
-    DataTypeEnum type = adEmpty;
-    std::int64_t definedSize = 0;  ///< characters of texts, bytes of everything else
-    std::uint8_t precision = kNotStated;
-    std::uint8_t numericScale = kNotStated;
-    bool nullable = true;
-};
 
 /// The rows of one query: forward only, streamed, in a bounded block. They are the rows that existed when the query
 /// was run, whatever is written meanwhile. Ends (releasing locks and the wire) when destroyed, at its last row, or by
@@ -107,6 +96,11 @@ public:
                                                        std::span<const ParameterInfo> parameters) = 0;
     /// selectStatement: "SELECT columns FROM table". Reads no rows.
     virtual std::unique_ptr<Appender> OpenAppender(const std::string& selectStatement) = 0;
+    /// The tables and views that can be read, without the system's own, by owner and name.
+    virtual std::vector<TableInfo> Tables() = 0;
+    /// The columns of a table or view in their order. owner: "" for the one that a plain name means.
+    /// Throws in the database's words when there is no such table.
+    virtual std::vector<TableColumn> Columns(const std::string& owner, const std::string& table) = 0;
     /// Makes an idle session as it was after log-in (nothing open, no transaction, settings of the log-in), ready for
     /// the pool. False when it cannot be used again. Never throws.
     virtual bool Reset() noexcept = 0;

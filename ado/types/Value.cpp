@@ -1,10 +1,19 @@
 #include "ado/types/Value.h"
 
+#include <type_traits>
+
 #include "ado/types/ValueText.h"
 #include "platform/Error.h"
 
 namespace varnel {
 namespace {
+
+template <class Content>
+Value Made(void (Value::*set)(Content), const std::type_identity_t<Content>& content) {
+    Value made;
+    (made.*set)(content);
+    return made;
+}
 
 const char* KindName(ValueKind kind) {
     switch (kind) {
@@ -82,33 +91,23 @@ bool operator==(const Value& a, const Value& b) {
 }
 
 Value Value::OfBoolean(bool value) {
-    Value made;
-    made.SetBoolean(value);
-    return made;
+    return Made(&Value::SetBoolean, value);
 }
 
 Value Value::OfInteger(std::int64_t value) {
-    Value made;
-    made.SetInteger(value);
-    return made;
+    return Made(&Value::SetInteger, value);
 }
 
 Value Value::OfSingle(float value) {
-    Value made;
-    made.SetSingle(value);
-    return made;
+    return Made(&Value::SetSingle, value);
 }
 
 Value Value::OfDouble(double value) {
-    Value made;
-    made.SetDouble(value);
-    return made;
+    return Made(&Value::SetDouble, value);
 }
 
 Value Value::OfCurrency(std::int64_t scaled) {
-    Value made;
-    made.SetCurrency(scaled);
-    return made;
+    return Made(&Value::SetCurrency, scaled);
 }
 
 Value Value::OfDecimal(std::string_view digits) {
@@ -116,21 +115,15 @@ Value Value::OfDecimal(std::string_view digits) {
     if (!ParseDecimal(digits, number)) {
         throw Error(ErrorKind::Conversion, "", "Type mismatch: '" + std::string(digits) + "' is no decimal number");
     }
-    Value made;
-    made.SetDecimal(number);
-    return made;
+    return Made(&Value::SetDecimal, number);
 }
 
 Value Value::OfDateTime(DateTime value) {
-    Value made;
-    made.SetDateTime(value);
-    return made;
+    return Made(&Value::SetDateTime, value);
 }
 
 Value Value::OfText(std::string_view utf8) {
-    Value made;
-    made.SetText(utf8);
-    return made;
+    return Made(&Value::SetText, utf8);
 }
 
 Value Value::OfBytes(std::string_view bytes) {
@@ -144,9 +137,7 @@ Value Value::OfGuid(std::string_view braces) {
     if (!ParseGuid(braces, guid)) {
         throw Error(ErrorKind::Conversion, "", "Type mismatch: '" + std::string(braces) + "' is no GUID");
     }
-    Value made;
-    made.SetGuid(guid);
-    return made;
+    return Made(&Value::SetGuid, guid);
 }
 
 }  // namespace varnel

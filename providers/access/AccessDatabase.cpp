@@ -1,5 +1,6 @@
 #include "providers/access/AccessDatabase.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/Error.h"
@@ -52,6 +53,16 @@ std::unique_ptr<TableFile> AccessDatabase::OpenTable(std::string_view name) {
         throw Error(ErrorKind::NotSupported, entry->name, "'" + entry->name + "' is a query, not a table.");
     if (entry->type != kLocalTable) ThrowLinked(*entry);
     return std::make_unique<AccessTable>(schema_, writer_, *entry);
+}
+
+std::vector<std::string> AccessDatabase::ViewNames() {
+    const auto hold = schema_->File()->HoldForReading();
+    std::vector<std::string> names;
+    for (const CatalogEntry& entry : schema_->Objects().Entries())
+        if (entry.IsSelectQuery()) names.push_back(entry.name);
+    std::sort(names.begin(), names.end(),
+              [](const std::string& a, const std::string& b) { return FoldCase(a) < FoldCase(b); });
+    return names;
 }
 
 std::optional<std::string> AccessDatabase::ViewText(std::string_view name) {

@@ -51,6 +51,7 @@ public:
     std::vector<std::string> TableNames() override;
     /// Any local table, the system's too. Throws Error{NotSupported} naming the path for a linked table.
     std::unique_ptr<TableFile> OpenTable(std::string_view name) override;
+    std::vector<std::string> ViewNames() override;
     std::optional<std::string> ViewText(std::string_view name) override;
     void CreateTable(std::string_view name, std::span<const ColumnDefinition> columns) override;
     void DropTable(std::string_view name) override;

@@ -15,6 +15,11 @@ bool IsSameColumn(const Column& a, const Column& b) {
            a.precision == b.precision && a.scale == b.scale;
 }
 
+bool Holds(const RealIndex& index, std::uint16_t columnId) {
+    return std::any_of(index.columns.begin(), index.columns.end(),
+                       [&](const IndexColumn& column) { return column.columnId == columnId; });
+}
+
 /// The file is held by the table for longer than this lives.
 class Unit : public TableUnit {
 public:
@@ -53,6 +58,21 @@ std::shared_ptr<const TableDefinition> AccessTable::Definition() {
         throw Error(ErrorKind::Constraint, name_,
                     "The columns of the table '" + name_ + "' have been changed meanwhile.");
     return definition_ = std::move(now);
+}
+
+std::vector<TableColumn> AccessTable::Describe() {
+    const auto hold = schema_->File()->HoldForReading();
+    const auto definition = Definition();
+    std::vector<TableColumn> described;
+    for (std::size_t k = 0; k < order_.size(); ++k) {
+        const Column& column = definition->columns[order_[k]];
+        TableColumn& made = described.emplace_back(TableColumn{columns_[k], TypeWordOf(column)});
+        made.isAssigned = column.IsAutonumber() || (column.flags & kAutomaticGuidColumn) != 0;
+        for (const RealIndex& index : definition->realIndexes)
+            made.isKey = made.isKey || (index.primaryKey && Holds(index, column.id));
+        if (made.isKey) made.info.nullable = false;  // whatever the column itself says
+    }
+    return described;
 }
 
 std::unique_ptr<TableRows> AccessTable::Rows(std::span<const std::size_t> wanted) {

@@ -19,6 +19,7 @@ public:
     AccessTable(std::shared_ptr<Schema> schema, std::shared_ptr<DatabaseWriter> writer, const CatalogEntry& entry);
 
     const std::vector<ColumnInfo>& Columns() const override { return columns_; }
+    std::vector<TableColumn> Describe() override;
     std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) override;
     std::int64_t CountRows() override;
     void Append(std::span<const Value> values, const std::vector<bool>& assigned) override;

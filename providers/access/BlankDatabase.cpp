@@ -11,7 +11,9 @@
 #include "platform/Files.h"
 #include "platform/StoredPath.h"
 #include "providers/access/DefinitionWriter.h"
+#include "providers/access/IndexImage.h"
 #include "providers/access/IndexKey.h"
+#include "providers/access/Layout.h"
 #include "providers/access/RowBuilder.h"
 #include "providers/access/RowPage.h"
 #include "providers/access/StoreBytes.h"
@@ -211,7 +213,7 @@ private:
                         return static_cast<std::uint8_t>(x) < static_cast<std::uint8_t>(y);
                     });
                 });
-                FormatIndexLeaf(Page(index.root), id, entries);
+                WriteLoneLeaf(Page(index.root), id, entries);
             }
         }
     }
@@ -223,20 +225,6 @@ private:
 };
 
 }  // namespace
-
-void FormatIndexLeaf(std::span<std::uint8_t> page, PageNumber owner, std::span<const std::string> entries) {
-    constexpr std::size_t kMaskStart = kJet4Layout.indexMaskAt, kEntriesStart = kJet4Layout.indexEntriesAt;
-    page[0] = 4;
-    page[1] = 1;
-    std::size_t end = 0;
-    for (const std::string& entry : entries) {
-        std::copy(entry.begin(), entry.end(), page.begin() + static_cast<std::ptrdiff_t>(kEntriesStart + end));
-        end += entry.size();
-        page[kMaskStart + end / 8] |= static_cast<std::uint8_t>(1U << (end % 8));
-    }
-    StoreU16(page, 2, page.size() - kEntriesStart - end);
-    StoreU32(page, 4, owner);
-}
 
 std::vector<std::uint8_t> BlankDatabase(DateTime created) {
     return BlankFile(created).Build();

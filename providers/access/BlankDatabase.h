@@ -2,13 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/DateTime.h"
-#include "providers/access/Layout.h"
 
 namespace varnel::access {
 
@@ -17,8 +14,5 @@ std::vector<std::uint8_t> BlankDatabase(DateTime created);
 
 /// Makes the file; it appears at once and whole. Throws Error{Io}; "File already exists" when there is one.
 void CreateBlankDatabase(std::string_view storedPath);
-
-/// Makes a page of zeros a leaf of the table owner's index. entries: in ascending order, and all have room.
-void FormatIndexLeaf(std::span<std::uint8_t> page, PageNumber owner, std::span<const std::string> entries);
 
 }  // namespace varnel::access

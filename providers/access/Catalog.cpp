@@ -10,12 +10,17 @@ namespace varnel::access {
 namespace {
 
 constexpr std::uint32_t kSystemObject = 0x80000000, kHiddenBySystem = 0x00000002;
+constexpr std::uint32_t kQueryKind = 0xF0;  // 0 for a select, other bits for the queries that change something
 
 }  // namespace
 
 bool CatalogEntry::IsUserTable() const {
     if (type != kLocalTable || (flags & (kSystemObject | kHiddenBySystem)) != 0) return false;
     return !name.starts_with("MSys") && !name.starts_with("~");
+}
+
+bool CatalogEntry::IsSelectQuery() const {
+    return type == kSavedQuery && (flags & kQueryKind) == 0 && !name.starts_with("~");
 }
 
 bool CatalogEntry::IsTableOrQuery() const {

@@ -25,6 +25,8 @@ struct CatalogEntry {
 
     /// A local table that a user made: not the system's, not hidden by it, not temporary.
     bool IsUserTable() const;
+    /// A query that a user made and that selects rows: it can be read, as far as SavedQuery.h goes.
+    bool IsSelectQuery() const;
     /// Tables, links and queries share one set of names.
     bool IsTableOrQuery() const;
 };

@@ -35,7 +35,7 @@ Fault DecodeNumeric(std::span<const std::uint8_t, 17> b, std::uint8_t scale, Val
         return limit;
     }();
     Decimal number;
-    for (std::size_t k = 0; k < 4; ++k) number.magnitude = number.magnitude << 32 | Load32(PartOf<4>(b, 1 + 4 * k));
+    for (std::size_t k = 0; k < 4; ++k) number.magnitude = number.magnitude << 32 | LoadU32(b, 1 + 4 * k);
     if (number.magnitude >= kLimit || scale > kMaxDecimalDigits) return "it has more than 38 digits";
     number.scale = scale;
     number.negative = (b[0] & kNegativeSign) != 0 && number.magnitude != 0;
@@ -92,26 +92,26 @@ Fault CellDecoder::DecodeCell(const CellPlan& plan, Bytes cell, Value& value) {
             value.SetInteger(cell[0]);
             return nullptr;
         case ColumnType::Integer:
-            value.SetInteger(static_cast<std::int16_t>(Load16(cell.first<2>())));
+            value.SetInteger(static_cast<std::int16_t>(LoadU16(cell, 0)));
             return nullptr;
         case ColumnType::Long:
         case ColumnType::Complex:
-            value.SetInteger(static_cast<std::int32_t>(Load32(cell.first<4>())));
+            value.SetInteger(static_cast<std::int32_t>(LoadU32(cell, 0)));
             return nullptr;
         case ColumnType::BigInt:
-            value.SetInteger(static_cast<std::int64_t>(Load64(cell.first<8>())));
+            value.SetInteger(static_cast<std::int64_t>(LoadU64(cell, 0)));
             return nullptr;
         case ColumnType::Currency:
-            value.SetCurrency(static_cast<std::int64_t>(Load64(cell.first<8>())));
+            value.SetCurrency(static_cast<std::int64_t>(LoadU64(cell, 0)));
             return nullptr;
         case ColumnType::Single:
-            value.SetSingle(std::bit_cast<float>(Load32(cell.first<4>())));
+            value.SetSingle(std::bit_cast<float>(LoadU32(cell, 0)));
             return nullptr;
         case ColumnType::Double:
-            value.SetDouble(std::bit_cast<double>(Load64(cell.first<8>())));
+            value.SetDouble(std::bit_cast<double>(LoadU64(cell, 0)));
             return nullptr;
         case ColumnType::Date:
-            return DecodeDate(std::bit_cast<double>(Load64(cell.first<8>())), value);
+            return DecodeDate(std::bit_cast<double>(LoadU64(cell, 0)), value);
         case ColumnType::Numeric:
             return DecodeNumeric(cell.first<17>(), plan.scale, value);
         case ColumnType::Guid:
@@ -161,7 +161,7 @@ Fault CellDecoder::DecodeCalculated(const CellPlan& plan, Bytes cell, Value& val
         stored = BytesOf(joined_);
     }
     if (stored.size() < kEnvelopeSize) return "the frame of its calculated value is cut short";
-    const std::size_t length = Load32(PartOf<4>(stored, kEnvelopeLengthAt));
+    const std::size_t length = LoadU32(stored, kEnvelopeLengthAt);
     if (length > stored.size() - kEnvelopeSize) return "its calculated value is cut short";
     const Bytes inner = stored.subspan(kEnvelopeSize, length);
     if (plan.type == ColumnType::Numeric) return "it is a calculated decimal, which this program cannot read";

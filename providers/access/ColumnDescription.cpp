@@ -74,4 +74,44 @@ ColumnInfo DescribeColumn(const Column& column, Version version) {
     return info;
 }
 
+std::string TypeWordOf(const Column& column) {
+    switch (column.type) {
+        case ColumnType::Boolean:
+            return "YesNo";
+        case ColumnType::Byte:
+            return "Byte";
+        case ColumnType::Integer:
+            return "Short";
+        case ColumnType::Long:
+            return column.IsAutonumber() ? "Counter" : "Long";
+        case ColumnType::Complex:
+            return "Long";
+        case ColumnType::Currency:
+            return "Currency";
+        case ColumnType::Single:
+            return "Single";
+        case ColumnType::Double:
+            return "Double";
+        case ColumnType::Date:
+        case ColumnType::ExtendedDate:
+            return "DateTime";
+        case ColumnType::Binary:
+        case ColumnType::FixedBlob:
+            return "Binary";
+        case ColumnType::Text:
+            return "Text";
+        case ColumnType::Ole:
+            return "OleObject";
+        case ColumnType::Memo:
+            return "Memo";
+        case ColumnType::Guid:
+            return "Guid";
+        case ColumnType::Numeric:
+            return "Decimal";
+        case ColumnType::BigInt:
+            return "BigInt";
+    }
+    return "";
+}
+
 }  // namespace varnel::access

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "ado/types/Provider.h"
@@ -13,5 +14,7 @@ namespace varnel::access {
 std::vector<std::size_t> ColumnOrder(const TableDefinition& table);
 /// Throws Error{NotSupported} for a type that this program does not know.
 ColumnInfo DescribeColumn(const Column& column, Version version);
+/// The type in Access's words, as CREATE TABLE takes them; "" for a type that this program does not know.
+std::string TypeWordOf(const Column& column);
 
 }  // namespace varnel::access

@@ -8,7 +8,7 @@ Fault DataPage::Attach(Bytes page, const Layout& shape) {
     if (page.size() != shape.pageSize) return "its page is cut short";
     if (page[0] != 1 || page[1] != 1) return "its page is no data page";
     slotsAt_ = shape.slotsAt;
-    const std::size_t count = Load16(PartOf<2>(page, shape.slotCountAt));
+    const std::size_t count = LoadU16(page, shape.slotCountAt);
     if (count > (page.size() - slotsAt_) / 2) return "the row slots of its page pass the page's end";
     page_ = page;
     const std::size_t slotsEnd = slotsAt_ + 2 * count;

@@ -39,7 +39,7 @@ public:
     /// after the one before it.
     Fault Attach(Bytes page, const Layout& shape);
 
-    std::uint32_t Owner() const { return Load32(PartOf<4>(page_, 4)); }
+    std::uint32_t Owner() const { return LoadU32(page_, 4); }
     std::size_t SlotCount() const { return count_; }
     /// number must be below SlotCount().
     Slot At(std::size_t number) const {
@@ -57,7 +57,7 @@ private:
         if (pointer) return moved ? SlotKind::Deleted : SlotKind::Pointer;
         return moved ? SlotKind::Moved : SlotKind::Row;
     }
-    std::uint16_t Stored(std::size_t number) const { return Load16(PartOf<2>(page_, slotsAt_ + 2 * number)); }
+    std::uint16_t Stored(std::size_t number) const { return LoadU16(page_, slotsAt_ + 2 * number); }
 
     Bytes page_;
     std::size_t slotsAt_ = 0, count_ = 0;

@@ -3,14 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "providers/access/Layout.h"
+#include "providers/access/StoreBytes.h"
+
 namespace varnel::access {
-namespace {
-
-void PutU32(std::span<std::uint8_t> bytes, std::size_t at, std::uint32_t number) {
-    for (std::size_t k = 0; k < 4; ++k) bytes[at + k] = static_cast<std::uint8_t>(number >> (8 * k));
-}
-
-}  // namespace
 
 IndexImage::IndexImage(const IndexPage& page)
     : leaf(page.IsLeaf()),
@@ -74,12 +70,11 @@ void IndexImage::Write(std::span<std::uint8_t> bytes, const IndexShape& shape, P
     std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
     bytes[0] = leaf ? IndexPage::kLeafType : IndexPage::kNodeType;
     bytes[1] = 1;
-    bytes[2] = static_cast<std::uint8_t>(free & 0xFF);
-    bytes[3] = static_cast<std::uint8_t>(free >> 8);
-    PutU32(bytes, 4, owner);
-    PutU32(bytes, shape.previousAt, previous);
-    PutU32(bytes, shape.nextAt, next);
-    PutU32(bytes, shape.tailAt, tail);
+    StoreU16(bytes, 2, free);
+    StoreU32(bytes, 4, owner);
+    StoreU32(bytes, shape.previousAt, previous);
+    StoreU32(bytes, shape.nextAt, next);
+    StoreU32(bytes, shape.tailAt, tail);
     bytes[shape.prefixAt] = static_cast<std::uint8_t>(prefix & 0xFF);
     if (shape.prefixBytes > 1) bytes[shape.prefixAt + 1] = static_cast<std::uint8_t>(prefix >> 8);
     bytes[shape.levelAt] = level;
@@ -90,6 +85,12 @@ void IndexImage::Write(std::span<std::uint8_t> bytes, const IndexShape& shape, P
         at += entry.size() - left;
         bytes[shape.maskAt + at / 8] |= static_cast<std::uint8_t>(1U << (at % 8));
     }
+}
+
+void WriteLoneLeaf(std::span<std::uint8_t> page, PageNumber owner, std::vector<std::string> entries) {
+    IndexImage image;
+    image.entries = std::move(entries);
+    image.Write(page, IndexShapeOf(kJet4Layout), owner);
 }
 
 std::string NodeEntry(std::string_view keyAndRow, PageNumber child) {

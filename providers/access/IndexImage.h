@@ -44,4 +44,7 @@ inline std::string_view WithoutChild(std::string_view nodeEntry) {
 }
 std::string NodeEntry(std::string_view keyAndRow, PageNumber child);
 
+/// Lays out the only page of an index; the entries (whole and in order) must fit.
+void WriteLoneLeaf(std::span<std::uint8_t> page, PageNumber owner, std::vector<std::string> entries = {});
+
 }  // namespace varnel::access

@@ -13,10 +13,10 @@ constexpr Fault kNoEnd = "the pages of its long value lead back to one of them";
 Fault LongValueReader::Begin(Bytes cell, Pieces& pieces) {
     if (cell.empty()) return nullptr;
     if (cell.size() < kHeaderSize) return "the place of its long value is cut short";
-    const std::uint32_t stored = Load32(PartOf<4>(cell, 0));
+    const std::uint32_t stored = LoadU32(cell, 0);
     pieces.left = stored & kLengthBits;
-    pieces.next = UnpackRowPointer(Load32(PartOf<4>(cell, 4)));
-    pieces.stamp = Load32(PartOf<4>(cell, 8));
+    pieces.next = UnpackRowPointer(LoadU32(cell, 4));
+    pieces.stamp = LoadU32(cell, 8);
     if ((stored & kInlineBit) != 0) {
         pieces.inlineBytes = cell.subspan(kHeaderSize);
     } else {
@@ -48,14 +48,13 @@ Fault LongValueReader::NextOfChain(Pieces& pieces, Bytes& piece) {
     Bytes row;
     if (const Fault fault = Fetch(pieces.next, row)) return fault;
     const bool hasStamp = file_.Shape().version != Version::Jet3;
-    if (pieces.first && hasStamp &&
-        Load32(PartOf<4>(Bytes(pin_.get(), file_.Shape().pageSize), kStampAt)) != pieces.stamp)
+    if (pieces.first && hasStamp && LoadU32(Bytes(pin_.get(), file_.Shape().pageSize), kStampAt) != pieces.stamp)
         return "its long value was given to another row (the stamps differ)";
     pieces.first = false;
     if (row.size() < kChainPointerSize) return "a piece of its long value is cut short";
     piece = row.subspan(kChainPointerSize);
     if (piece.size() > pieces.left) return "its long value is longer than announced";
-    pieces.next = UnpackRowPointer(Load32(PartOf<4>(row, 0)));
+    pieces.next = UnpackRowPointer(LoadU32(row, 0));
     pieces.left -= piece.size();
     return nullptr;
 }

@@ -6,6 +6,7 @@
 #include "platform/Error.h"
 #include "providers/access/RowPage.h"
 #include "providers/access/StoreBytes.h"
+#include "providers/access/StoredBytes.h"
 #include "providers/access/ValueEncoder.h"
 
 namespace varnel::access {

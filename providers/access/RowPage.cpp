@@ -6,6 +6,7 @@
 
 #include "platform/Error.h"
 #include "providers/access/StoreBytes.h"
+#include "providers/access/StoredBytes.h"
 
 namespace varnel::access {
 namespace {

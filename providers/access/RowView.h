@@ -29,7 +29,7 @@ public:
         columns_ = 0;
         const std::size_t countSize = isJet3_ ? 1 : 2;
         if (row.size() < countSize) return kCut;
-        const std::size_t columns = isJet3_ ? row[0] : Load16(row.first<2>());
+        const std::size_t columns = isJet3_ ? row[0] : LoadU16(row, 0);
         const std::size_t maskSize = (columns + 7) / 8;
         if (row.size() - countSize < maskSize) return kCut;
         columns_ = columns;
@@ -54,8 +54,8 @@ public:
         if (!listRead_ && !ReadList()) return std::nullopt;
         if (number >= cells_) return std::nullopt;
         const std::size_t listEnd = maskAt_ - 4;  // where the first cell's offset stands
-        const std::size_t begin = Load16(PartOf<2>(row_, listEnd - 2 * number));
-        const std::size_t end = Load16(PartOf<2>(row_, listEnd - 2 * number - 2));
+        const std::size_t begin = LoadU16(row_, listEnd - 2 * number);
+        const std::size_t end = LoadU16(row_, listEnd - 2 * number - 2);
         if (begin < 2 || begin > end || end > listEnd - 2 * cells_) return std::nullopt;
         return row_.subspan(begin, end - begin);
     }
@@ -65,7 +65,7 @@ public:
 private:
     bool ReadList() {
         if (maskAt_ < 2 + 4) return false;
-        const std::size_t cells = Load16(PartOf<2>(row_, maskAt_ - 2));
+        const std::size_t cells = LoadU16(row_, maskAt_ - 2);
         if (cells > (maskAt_ - 2 - 4) / 2) return false;
         cells_ = cells;
         return listRead_ = true;

@@ -39,13 +39,4 @@ inline void AppendU32(std::string& bytes, std::uint32_t number) {
     AppendU16(bytes, number >> 16);
 }
 
-/// Numbers in pages that are about to be changed; the caller has checked that they lie inside.
-inline std::uint16_t LoadU16(std::span<const std::uint8_t> bytes, std::size_t at) {
-    assert(at + 2 <= bytes.size());
-    return static_cast<std::uint16_t>(bytes[at] | bytes[at + 1] << 8);
-}
-inline std::uint32_t LoadU32(std::span<const std::uint8_t> bytes, std::size_t at) {
-    return LoadU16(bytes, at) | static_cast<std::uint32_t>(LoadU16(bytes, at + 2)) << 16;
-}
-
 }  // namespace varnel::access

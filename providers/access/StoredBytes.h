@@ -2,6 +2,7 @@
 // wrong: a row loop must neither throw nor allocate for a damaged cell.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,20 +14,16 @@ using Bytes = std::span<const std::uint8_t>;
 /// What is wrong with stored bytes, in words that follow "… cannot be read: "; null when nothing is.
 using Fault = const char*;
 
-inline std::uint16_t Load16(std::span<const std::uint8_t, 2> b) {
-    return static_cast<std::uint16_t>(b[0] | b[1] << 8);
+/// The number at offset at, low byte first; the caller has checked that it ends inside.
+inline std::uint16_t LoadU16(Bytes bytes, std::size_t at) {
+    assert(at + 2 <= bytes.size());
+    return static_cast<std::uint16_t>(bytes[at] | bytes[at + 1] << 8);
 }
-inline std::uint32_t Load32(std::span<const std::uint8_t, 4> b) {
-    return b[0] | std::uint32_t{b[1]} << 8 | std::uint32_t{b[2]} << 16 | std::uint32_t{b[3]} << 24;
+inline std::uint32_t LoadU32(Bytes bytes, std::size_t at) {
+    return LoadU16(bytes, at) | static_cast<std::uint32_t>(LoadU16(bytes, at + 2)) << 16;
 }
-inline std::uint64_t Load64(std::span<const std::uint8_t, 8> b) {
-    return Load32(b.first<4>()) | std::uint64_t{Load32(b.last<4>())} << 32;
-}
-
-/// The part of N bytes at offset at; at + N must not pass the end.
-template <std::size_t N>
-std::span<const std::uint8_t, N> PartOf(Bytes bytes, std::size_t at) {
-    return bytes.subspan(at).first<N>();
+inline std::uint64_t LoadU64(Bytes bytes, std::size_t at) {
+    return LoadU32(bytes, at) | static_cast<std::uint64_t>(LoadU32(bytes, at + 4)) << 32;
 }
 
 }  // namespace varnel::access

@@ -4,10 +4,10 @@
 
 #include "platform/CodePage.h"
 #include "platform/Error.h"
-#include "providers/access/BlankDatabase.h"
 #include "providers/access/CatalogWriter.h"
 #include "providers/access/DdlTypes.h"
 #include "providers/access/DefinitionWriter.h"
+#include "providers/access/IndexImage.h"
 #include "providers/access/PropertyBlob.h"
 #include "providers/access/RowPage.h"
 #include "providers/access/UsageMapWriter.h"
@@ -124,7 +124,7 @@ void TableMaker::TakePages() {
     for (RealIndex& index : table_.realIndexes) {
         index.map = NewMap();
         index.root = database_.pages_.Take(index.map);
-        FormatIndexLeaf(database_.file_.Change(index.root), table_.Id(), {});
+        WriteLoneLeaf(database_.file_.Change(index.root), table_.Id());
     }
 }
 

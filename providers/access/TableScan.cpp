@@ -73,7 +73,7 @@ bool TableScan::TakeSlot() {
 Fault TableScan::FollowPointer(Bytes pointer) {
     for (int hop = 0; hop < kMostHops; ++hop) {
         if (pointer.size() < 4) return "the pointer to it is cut short";
-        const RowPointer at = UnpackRowPointer(Load32(PartOf<4>(pointer, 0)));
+        const RowPointer at = UnpackRowPointer(LoadU32(pointer, 0));
         if (!pages_.Has(at.page) || at.page >= file_.PageCount()) return "the pointer to it leads out of the table";
         movedPin_ = snapshot_->Read(at.page);
         DataPage moved;

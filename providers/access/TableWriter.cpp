@@ -5,8 +5,8 @@
 #include <random>
 
 #include "platform/Error.h"
-#include "providers/access/BlankDatabase.h"
 #include "providers/access/DefinitionWriter.h"
+#include "providers/access/IndexImage.h"
 
 namespace varnel::access {
 namespace {
@@ -289,9 +289,7 @@ void TableWriter::DeleteAll() {
         pages_.Maps().Remove(index.map, index.root);
         pages_.GiveAll(index.map);
         pages_.Maps().Add(index.map, index.root);
-        const std::span<std::uint8_t> root = file_.Change(index.root);
-        std::fill(root.begin(), root.end(), std::uint8_t{0});
-        FormatIndexLeaf(root, table_.Id(), {});
+        WriteLoneLeaf(file_.Change(index.root), table_.Id());
         index.differentKeys = 0;
     }
     table_.rowCount = 0;

@@ -45,7 +45,7 @@ std::size_t UnicodeText::TakeAsciiPairs(Bytes bytes) {
     char* to = out_.data() + held;
     std::size_t group = 0;
     for (; group < groups; ++group, to += 4) {
-        const std::uint64_t units = Load64(PartOf<8>(bytes, group * 8));
+        const std::uint64_t units = LoadU64(bytes, group * 8);
         if ((units & kNotAscii) != 0) break;
         Store32(to, LowBytes(units));
     }

@@ -34,13 +34,13 @@ PageSet ReadUsageMapRow(PageFile& file, Bytes row, RowPointer at) {
     PageSet pages;
     if (row.size() < 5) ThrowDamaged(file, at, "it is cut short");
     if (row[0] == 0) {
-        AddBits(pages, row.subspan(5), Load32(PartOf<4>(row, 1)), file, at);
+        AddBits(pages, row.subspan(5), LoadU32(row, 1), file, at);
         return pages;
     }
     if (row[0] != 1) ThrowDamaged(file, at, "it is of no known kind");
     const std::size_t pageSize = file.Shape().pageSize;
     for (std::size_t k = 0; 1 + 4 * (k + 1) <= row.size(); ++k) {
-        const PageNumber bitmap = Load32(PartOf<4>(row, 1 + 4 * k));
+        const PageNumber bitmap = LoadU32(row, 1 + 4 * k);
         if (bitmap == 0) continue;
         const PagePin pin = file.Read(bitmap);
         const Bytes page(pin.get(), pageSize);

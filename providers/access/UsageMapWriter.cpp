@@ -9,6 +9,7 @@
 #include "providers/access/DataPage.h"
 #include "providers/access/RowPage.h"
 #include "providers/access/StoreBytes.h"
+#include "providers/access/StoredBytes.h"
 
 namespace varnel::access {
 namespace {

@@ -23,7 +23,7 @@ std::shared_ptr<PageFile> Shared(PageFile& file) {
 
 class Verification {
 public:
-    explicit Verification(PageFile& file) : context_{file, {}, {}}, header_(ReadFileHeader(file)) {}
+    Verification(PageFile& file, const RowsSeen& seen) : context_{file, seen, {}, {}}, header_(ReadFileHeader(file)) {}
 
     FileReport Run() {
         Schema schema(Shared(context_.file), header_.catalog, header_.codePage);
@@ -124,14 +124,14 @@ private:
 
 FileReport VerifyDatabase(PageFile& file) {
     const auto hold = file.HoldForReading();
-    return Verification(file).Run();
+    return Verification(file, {}).Run();
 }
 
-FileReport VerifyDatabase(std::string_view storedPath, const std::string& password) {
+FileReport VerifyDatabase(std::string_view storedPath, const std::string& password, const RowsSeen& seen) {
     const auto file = OpenPageFile(storedPath, true);
     const auto hold = file->HoldForReading();
     CheckPassword(ReadFileHeader(*file), password, std::string(storedPath));
-    return Verification(*file).Run();
+    return Verification(*file, seen).Run();
 }
 
 }  // namespace varnel::access

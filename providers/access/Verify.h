@@ -9,8 +9,9 @@
 
 namespace varnel::access {
 
-/// Throws what opening the file throws; whatever is wrong inside is reported. Access 97's text keys are not compared.
-FileReport VerifyDatabase(std::string_view storedPath, const std::string& password);
+/// seen: counts the rows of all tables. Throws what opening the file throws; whatever is wrong inside is reported.
+/// Access 97's text keys are not compared.
+FileReport VerifyDatabase(std::string_view storedPath, const std::string& password, const RowsSeen& seen);
 /// The same of an open file.
 FileReport VerifyDatabase(PageFile& file);
 

@@ -18,6 +18,7 @@ namespace varnel::access {
 /// Throughout the verification nothing is thrown but Error{Io}.
 struct VerifyContext {
     PageFile& file;
+    RowsSeen seen;
     FileReport report;
     PageLedger ledger;
     const CodePage* textPage = nullptr;  ///< of Access 97's texts

@@ -55,7 +55,7 @@ void CheckPages(VerifyContext& context, const TableDefinition& table) {
     for (const PageNumber page : table.pages) {
         const PagePin pin = context.file.Read(page);
         const Bytes bytes(pin.get(), pageSize);
-        free.push_back(Load16(PartOf<2>(bytes, kFreeAt)));
+        free.push_back(LoadU16(bytes, kFreeAt));
         const Bytes body = all.empty() ? bytes : bytes.subspan(kFrame);
         all.insert(all.end(), body.begin(), body.end());
     }

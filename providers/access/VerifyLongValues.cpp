@@ -32,16 +32,16 @@ VerifyLongValues::VerifyLongValues(VerifyContext& context, const TableDefinition
 
 void VerifyLongValues::Cell(Bytes cell, const std::string& place) {
     if (cell.size() < kHeader) return context_.Find(place + ": a long value is cut short.");
-    const std::uint32_t stored = Load32(PartOf<4>(cell, 0));
+    const std::uint32_t stored = LoadU32(cell, 0);
     const std::size_t length = stored & kLengthBits;
-    const RowPointer first = UnpackRowPointer(Load32(PartOf<4>(cell, 4)));
+    const RowPointer first = UnpackRowPointer(LoadU32(cell, 4));
     if ((stored & kInline) != 0) {
         if (length > cell.size() - kHeader) context_.Find(place + ": a long value is cut short.");
     } else if ((stored & kOnePage) != 0) {
         const Bytes piece = TakePiece(first, place);
         if (!piece.empty() && piece.size() < length) context_.Find(place + ": a long value is cut short.");
     } else if (length > 0) {
-        CheckChain(first, length, Load32(PartOf<4>(cell, kStampAt)), place);
+        CheckChain(first, length, LoadU32(cell, kStampAt), place);
     }
 }
 
@@ -52,12 +52,12 @@ void VerifyLongValues::CheckChain(RowPointer first, std::size_t length, std::uin
         if (piece.size() < kPointer) return;
         const Bytes page(open_.pin.get(), context_.file.Shape().pageSize);
         const bool hasStamp = context_.file.Shape().version != Version::Jet3;
-        if (at == first && hasStamp && Load32(PartOf<4>(page, kStampAt)) != stamp) {
+        if (at == first && hasStamp && LoadU32(page, kStampAt) != stamp) {
             context_.Find(place + ": the stamp of a long value is not that of its pages.");
         }
         chainPages_.Add(at.page);
         found += piece.size() - kPointer;
-        at = UnpackRowPointer(Load32(PartOf<4>(piece, 0)));
+        at = UnpackRowPointer(LoadU32(piece, 0));
     }
     if (found != length) context_.Find(place + ": a long value has not the length that its row says.");
 }

@@ -34,7 +34,7 @@ std::optional<VerifiedPage> VerifyRowPage(VerifyContext& context, PageNumber pag
     if (count > kMostSlots) context.Find(place + ": it has too many row slots.");
     const Bytes last = count == 0 ? Bytes() : read->rows.At(count - 1).bytes;
     const std::size_t lowest = count == 0 ? shape.pageSize : static_cast<std::size_t>(last.data() - bytes.data());
-    const std::size_t free = Load16(PartOf<2>(bytes, kFreeAt));
+    const std::size_t free = LoadU16(bytes, kFreeAt);
     if (free != lowest - shape.slotsAt - 2 * count) context.Find(place + ": its free space is noted wrongly.");
     return read;
 }
@@ -46,7 +46,7 @@ void ClaimBitmapPages(VerifyContext& context, RowPointer map, PageLedger::Use us
     const Bytes row = page.At(map.row).bytes;
     if (row[0] != 1) return;
     for (std::size_t at = 1; at + 4 <= row.size(); at += 4) {
-        const PageNumber bits = Load32(PartOf<4>(row, at));
+        const PageNumber bits = LoadU32(row, at);
         if (bits != 0) ClaimPage(context, bits, use);
     }
 }

@@ -49,7 +49,7 @@ void VerifyRows::CheckPage(PageNumber page) {
 
 Bytes VerifyRows::RowAt(RowPointer where, const Slot& slot, bool report) {
     if (slot.kind == SlotKind::Row) return slot.bytes;
-    const RowPointer at = slot.bytes.size() < 4 ? RowPointer() : UnpackRowPointer(Load32(PartOf<4>(slot.bytes, 0)));
+    const RowPointer at = slot.bytes.size() < 4 ? RowPointer() : UnpackRowPointer(LoadU32(slot.bytes, 0));
     const auto moved = moved_.find(PackRowPointer(at));
     if (moved == moved_.end()) {
         if (report) context_.Find(PlaceOf(table_, where) + ": the pointer to the row leads to no row.");
@@ -63,6 +63,7 @@ Bytes VerifyRows::RowAt(RowPointer where, const Slot& slot, bool report) {
 
 void VerifyRows::CheckRow(RowPointer where, Bytes row) {
     ++count_;
+    if (context_.seen) context_.seen(context_.rows + count_);
     const std::string place = PlaceOf(table_, where);
     if (const Fault fault = row_.Attach(row)) return context_.Find(place + ": " + fault + ".");
     for (std::size_t k = 0; k < plans_.size(); ++k) {

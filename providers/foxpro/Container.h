@@ -16,6 +16,7 @@ struct ContainerTable {
     std::string dbfPath;  ///< stored path of its file
     /// Long names of the visible fields in physical order; empty when the container lists none.
     std::vector<std::string> columnNames;
+    std::string primaryTag;  ///< the index tag of its primary key; "" without one
 };
 
 /// A file to be made together with a change of the container.

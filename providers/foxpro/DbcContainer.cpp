@@ -117,7 +117,9 @@ public:
 
 private:
     ContainerTable Describe(const DbcCatalog& catalog, const DbcObject& table) const {
-        return {table.name, ResolvedPath(folder_, catalog.PathOf(table)), catalog.ColumnsOf(table)};
+        const std::vector<DbcProperty> properties = catalog.PropertiesOf(table);
+        return {table.name, ResolvedPath(folder_, TextProperty(properties, kPathProperty).value_or("")),
+                catalog.ColumnsOf(table), TextProperty(properties, kPrimaryKeyProperty).value_or("")};
     }
 
     void RequireNewName(std::string_view name) const {

@@ -14,6 +14,7 @@
 namespace varnel::foxpro {
 
 inline constexpr std::uint8_t kPathProperty = 1, kClassProperty = 2, kRelatedTableProperty = 18;
+inline constexpr std::uint8_t kPrimaryKeyProperty = 20;
 inline constexpr std::uint8_t kVersionProperty = 24;
 
 struct DbcProperty {

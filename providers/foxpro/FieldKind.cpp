@@ -94,6 +94,35 @@ bool IsBinaryField(const DbfField& field) {
     return field.binary || (field.type != 'C' && field.type != 'V' && field.type != 'M');
 }
 
+std::string TypeWordOf(const DbfField& field, DbfDialect dialect) {
+    switch (KindOfField(field, dialect)) {
+        case FieldKind::Text:
+        case FieldKind::Unsupported:
+            return "Character";
+        case FieldKind::Varying:
+            return IsBinaryField(field) ? "Varbinary" : "Varchar";
+        case FieldKind::Number:
+            return field.type == 'F' ? "Float" : "Numeric";
+        case FieldKind::Date:
+            return "Date";
+        case FieldKind::Moment:
+            return "DateTime";
+        case FieldKind::Logical:
+            return "Logical";
+        case FieldKind::Integer:
+        case FieldKind::DBase7Integer:
+            return "Integer";
+        case FieldKind::Double:
+        case FieldKind::DBase7Double:
+            return "Double";
+        case FieldKind::Currency:
+            return "Currency";
+        case FieldKind::Memo:
+            return !IsBinaryField(field) ? "Memo" : field.type == 'G' ? "General" : "Blob";
+    }
+    return "";
+}
+
 ColumnInfo ColumnOfField(const DbfField& field, DbfDialect dialect, std::string name) {
     ColumnInfo column;
     column.name = std::move(name);

@@ -28,6 +28,8 @@ enum class FieldKind : std::uint8_t {
 FieldKind KindOfField(const DbfField& field, DbfDialect dialect);
 /// True when the field's texts are bytes to which no code page applies.
 bool IsBinaryField(const DbfField& field);
+/// The type in FoxPro's words, as CREATE TABLE takes them: "Character".
+std::string TypeWordOf(const DbfField& field, DbfDialect dialect);
 /// The column as ADO describes it. name: as it is to be called.
 ColumnInfo ColumnOfField(const DbfField& field, DbfDialect dialect, std::string name);
 

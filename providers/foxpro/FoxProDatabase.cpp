@@ -90,8 +90,7 @@ std::unique_ptr<TableFile> FoxProDatabase::OpenTable(std::string_view name) {
     if (!FileExists(path)) ThrowNoTable(name);
     auto file = DbfFile::Open(path, options_.codePageWhenNoneStated);
     if (!table) table = ByBackLink(*file);
-    return std::make_unique<FoxProTable>(std::move(file), table ? table->columnNames : std::vector<std::string>(),
-                                         options_.showDeleted);
+    return std::make_unique<FoxProTable>(std::move(file), table.value_or(ContainerTable()), options_.showDeleted);
 }
 
 /// The table in the container that its file names; nothing when it is free, or was copied here without its container.

@@ -5,6 +5,7 @@
 #include "platform/Error.h"
 #include "providers/foxpro/FieldKind.h"
 #include "providers/foxpro/FoxProRows.h"
+#include "providers/foxpro/TableIndex.h"
 
 namespace varnel::foxpro {
 namespace {
@@ -21,17 +22,29 @@ std::string LowerCase(std::string text) {
 
 }  // namespace
 
-FoxProTable::FoxProTable(std::shared_ptr<DbfFile> file, std::vector<std::string> longNames, bool showDeleted)
-    : file_(std::move(file)), showDeleted_(showDeleted) {
+FoxProTable::FoxProTable(std::shared_ptr<DbfFile> file, ContainerTable listed, bool showDeleted)
+    : file_(std::move(file)), primaryTag_(std::move(listed.primaryTag)), showDeleted_(showDeleted) {
     const auto hold = file_->HoldForReading();
     const DbfHeader& header = file_->Header();
-    const bool hasLongNames = longNames.size() == header.fields.size();
+    const bool hasLongNames = listed.columnNames.size() == header.fields.size();
     for (std::size_t k = 0; k < header.fields.size(); ++k) {
         const DbfField& field = header.fields[k];
-        names_.push_back(hasLongNames ? std::move(longNames[k]) : LowerCase(field.name));
+        names_.push_back(hasLongNames ? std::move(listed.columnNames[k]) : LowerCase(field.name));
         storedNames_.push_back(field.name);
         columns_.push_back(ColumnOfField(field, header.dialect, names_.back()));
     }
+}
+
+std::vector<TableColumn> FoxProTable::Describe() {
+    const auto hold = file_->HoldForReading();
+    const DbfHeader& header = file_->Header();
+    std::vector<TableColumn> described;
+    for (std::size_t k = 0; k < columns_.size(); ++k) {
+        const DbfField& field = header.fields.at(k);
+        described.push_back({columns_[k], TypeWordOf(field, header.dialect), false, field.autoIncrement});
+    }
+    for (const std::size_t k : KeyFieldsOfTag(*file_, primaryTag_)) described.at(k).isKey = true;
+    return described;
 }
 
 std::optional<std::size_t> FoxProTable::FindColumn(std::string_view name) const {

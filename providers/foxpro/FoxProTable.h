@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "providers/foxpro/Container.h"
 #include "providers/foxpro/DbfFile.h"
 #include "providers/tablefile/TableFile.h"
 
@@ -13,10 +14,11 @@ namespace varnel::foxpro {
 /// The file is held for writing from the first change on for as long as the table lives.
 class FoxProTable : public TableFile {
 public:
-    /// longNames: of the columns in a container; empty for the fields' own names in lower case.
-    FoxProTable(std::shared_ptr<DbfFile> file, std::vector<std::string> longNames, bool showDeleted);
+    /// listed: as its container has it; empty for a free table, whose columns have the fields' own names in lower case.
+    FoxProTable(std::shared_ptr<DbfFile> file, ContainerTable listed, bool showDeleted);
 
     const std::vector<ColumnInfo>& Columns() const override { return columns_; }
+    std::vector<TableColumn> Describe() override;
     /// Also by the names in the file itself.
     std::optional<std::size_t> FindColumn(std::string_view name) const override;
     std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) override;
@@ -34,6 +36,7 @@ private:
     std::shared_ptr<DbfFile> file_;
     std::vector<ColumnInfo> columns_;
     std::vector<std::string> names_, storedNames_;
+    std::string primaryTag_;
     bool showDeleted_;
     std::unique_ptr<DbfFile::Hold> writeHold_;
 };

@@ -62,17 +62,12 @@ CellFault ReadOdd(std::string_view text, Decimal& number) {
     }
 }
 
-/// Removes the last digit; most numbers need no 128-bit division.
-char TakeDigit(UInt128& digits) {
-    int digit = 0;
-    if (digits <= UINT64_MAX) {
-        const auto low = static_cast<std::uint64_t>(digits);
-        digit = static_cast<int>(low % 10);
-        digits = low / 10;
-    } else {
-        digit = static_cast<int>(digits % 10);
-        digits /= 10;
-    }
+/// Removes the last digit.
+template <typename Number>
+char TakeDigit(Number& digits) {
+    const Number rest = digits / 10;
+    const auto digit = static_cast<int>(digits - rest * 10);
+    digits = rest;
     return static_cast<char>('0' + digit);
 }
 
@@ -90,6 +85,25 @@ bool ScaleTo(const Decimal& number, int scale, UInt128& digits, bool& overflows)
     return true;
 }
 
+/// A place that is filled from its end on.
+struct Backwards {
+    std::span<std::uint8_t> into;
+    std::size_t at = into.size();
+    bool fits = true;
+
+    void Put(char c) {
+        fits = fits && at > 0;
+        if (at > 0) into[--at] = static_cast<std::uint8_t>(c);
+    }
+};
+
+template <typename Number>
+void PutDigits(Backwards& place, Number digits, int decimals) {
+    for (int left = decimals; left > 0; --left) place.Put(TakeDigit(digits));
+    if (decimals > 0) place.Put('.');
+    while (digits != 0 && place.fits) place.Put(TakeDigit(digits));
+}
+
 }  // namespace
 
 void PutNumber(const DbfField& field, std::span<std::uint8_t> into, const Decimal& number) {
@@ -99,23 +113,22 @@ void PutNumber(const DbfField& field, std::span<std::uint8_t> into, const Decima
         throw Error(ErrorKind::Constraint, "",
                     "the number has more than " + std::to_string(field.decimals) + " decimals");
     }
-    std::size_t at = into.size();
-    const auto put = [&](char c) {
-        overflows |= at == 0;
-        if (at > 0) into[--at] = static_cast<std::uint8_t>(c);
-    };
-    for (int left = field.decimals; left > 0; --left) put(TakeDigit(digits));
-    if (field.decimals > 0) put('.');
-    while (digits != 0 && !overflows) put(TakeDigit(digits));
+    Backwards place{into};
+    place.fits = !overflows;
+    if (digits <= UINT64_MAX) {  // most numbers need no 128-bit division
+        PutDigits(place, static_cast<std::uint64_t>(digits), field.decimals);
+    } else {
+        PutDigits(place, digits, field.decimals);
+    }
     // The zero before the point, where there is room for it.
-    const bool isFraction = at == into.size() - (field.decimals > 0 ? field.decimals + 1u : 0u);
-    if (isFraction && (field.decimals == 0 || at > (number.negative ? 1u : 0u))) put('0');
-    if (number.negative) put('-');
-    if (overflows) {
+    const bool isFraction = place.at == into.size() - (field.decimals > 0 ? field.decimals + 1u : 0u);
+    if (isFraction && (field.decimals == 0 || place.at > (number.negative ? 1u : 0u))) place.Put('0');
+    if (number.negative) place.Put('-');
+    if (!place.fits) {
         throw Error(ErrorKind::Constraint, "",
                     "Numeric overflow. The number is too wide for " + std::to_string(field.length) + " characters");
     }
-    std::fill_n(into.begin(), at, std::uint8_t{' '});
+    std::fill_n(into.begin(), place.at, std::uint8_t{' '});
 }
 
 CellFault ReadNumberField(std::string_view text, Decimal& number) {

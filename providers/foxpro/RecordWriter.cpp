@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "ado/types/ValueConvert.h"
@@ -23,7 +24,7 @@ std::string_view AsText(std::span<const std::uint8_t> bytes) {
 }
 
 void Copy(std::string_view bytes, std::span<std::uint8_t> into) {
-    std::copy(bytes.begin(), bytes.end(), into.begin());
+    if (!bytes.empty()) std::memcpy(into.data(), bytes.data(), bytes.size());
 }
 
 void PutDigits(std::span<std::uint8_t> into, int number) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ado/types/ConnectionString.h"
 #include "platform/CodePage.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
@@ -86,6 +87,19 @@ std::string FaultOfTag(CdxFile& file, std::size_t tag, const FindKeyField& field
     return fault.empty() ? DifferenceOf(file, tag, keys, table) : fault;
 }
 
+/// Positions of the fields of "customer+number"; empty when a part is no field.
+std::vector<std::size_t> FieldsNamed(std::string_view keyText, const DbfHeader& header, const FindKeyField& find) {
+    std::vector<std::size_t> positions;
+    while (!keyText.empty()) {
+        const std::size_t plus = std::min(keyText.find('+'), keyText.size());
+        const DbfField* field = find(TrimBlanks(keyText.substr(0, plus)));
+        if (field == nullptr) return {};
+        positions.push_back(static_cast<std::size_t>(field - header.fields.data()));
+        keyText.remove_prefix(std::min(plus + 1, keyText.size()));
+    }
+    return positions;
+}
+
 }  // namespace
 
 FindKeyField KeyFieldsOf(DbfFile& table, const DbfHeader& header) {
@@ -97,6 +111,20 @@ FindKeyField KeyFieldsOf(DbfFile& table, const DbfHeader& header) {
         if (found != names.end()) return &header.fields[static_cast<std::size_t>(found - names.begin())];
         return header.FindField(utf8);
     };
+}
+
+std::vector<std::size_t> KeyFieldsOfTag(DbfFile& table, std::string_view tag) {
+    const auto hold = table.HoldForReading();
+    const auto path = tag.empty() ? std::nullopt : FindStructuralIndex(table);
+    if (!path) return {};
+    const auto files = OpenJournaledFiles(*path, true);
+    const auto fileHold = files->HoldForReading();
+    const CdxFile file(*files, 0, *path);
+    const DbfHeader& header = table.Header();
+    const FindKeyField find = KeyFieldsOf(table, header);
+    for (const CdxTag& one : file.Tags())
+        if (EqualNoCase(one.name, tag)) return FieldsNamed(one.keyText, header, find);
+    return {};
 }
 
 std::optional<std::string> FindStructuralIndex(DbfFile& table) {

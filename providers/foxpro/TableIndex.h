@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "providers/foxpro/CdxFile.h"
@@ -18,6 +19,10 @@ namespace varnel::foxpro {
 /// Finds the field that an index expression of the table names: by the long names of its container, then by its own.
 /// table: needs a hold; header: outlives the function.
 FindKeyField KeyFieldsOf(DbfFile& table, const DbfHeader& header);
+
+/// Positions in the table's fields of those that make the key of a tag, when the key is nothing but fields; empty
+/// when it is more, and when there is no such tag. Takes a read hold. Throws Error{Corrupt}, Error{Io}.
+std::vector<std::size_t> KeyFieldsOfTag(DbfFile& table, std::string_view tag);
 
 /// The stored path of the index that the table's head speaks of; nothing when there is none.
 std::optional<std::string> FindStructuralIndex(DbfFile& table);

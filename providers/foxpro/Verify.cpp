@@ -78,7 +78,7 @@ public:
         if (file_->MemoBytes() != nullptr && header_.memo == MemoKind::Fpt) memos_.emplace(*file_->MemoBytes());
     }
 
-    std::vector<std::string> Look() {
+    std::vector<std::string> Look(const RowsSeen& seen) {
         if (!file_->Damage().empty()) findings_.push_back(file_->Damage());
         LookAtHead();
         std::vector<std::uint8_t> block(std::max<std::size_t>(kBlockBytes / header_.recordBytes, 1) *
@@ -93,6 +93,7 @@ public:
                                                                                      header_.recordBytes));
             }
             first += count;
+            if (seen) seen(first - 1);
         }
         Report();
         return std::move(findings_);
@@ -164,8 +165,8 @@ private:
 
 }  // namespace
 
-std::vector<std::string> VerifyTable(std::string_view storedPath) {
-    return TableLook(storedPath).Look();
+std::vector<std::string> VerifyTable(std::string_view storedPath, const RowsSeen& seen) {
+    return TableLook(storedPath).Look(seen);
 }
 
 }  // namespace varnel::foxpro

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ado/types/Provider.h"
+#include "providers/mysql/MySqlCatalog.h"
 #include "providers/mysql/MySqlLink.h"
 
 namespace varnel::mysql {
@@ -22,6 +23,11 @@ public:
     std::unique_ptr<PreparedStatement> Prepare(const std::string& statement,
                                                std::span<const ParameterInfo> parameters) override;
     std::unique_ptr<Appender> OpenAppender(const std::string& selectStatement) override;
+    /// Of the log-in's database, or of all of them when it has none.
+    std::vector<TableInfo> Tables() override { return ListTables(*this, link_->Options().database); }
+    std::vector<TableColumn> Columns(const std::string& owner, const std::string& table) override {
+        return DescribeTable(*this, owner, table);
+    }
     bool Reset() noexcept override { return link_->Reset(); }
     bool Alive() noexcept override { return link_->Alive(); }
 

@@ -213,13 +213,7 @@ void PadC(Arguments a, Value& out) {
 void Chr(Arguments a, Value& out) {
     const std::int64_t code = NumberArgument(*a[0]);
     if (code < 0 || code > 255) ThrowFoxProArgument();
-    const char byte = static_cast<char>(code);
-    std::string text;
-    if (code < 0x80)
-        text = byte;
-    else
-        CodePage(1252).Decode(text, {&byte, 1});
-    out.SetText(text);
+    out.SetText(WesternCharacter(static_cast<char>(code)));
 }
 void Asc(Arguments a, Value& out) {
     const std::string_view text = TextArgument(*a[0]);

@@ -89,6 +89,11 @@ public:
     }
 
     const std::vector<ColumnInfo>& Columns() const override { return columns_; }
+    std::vector<TableColumn> Describe() override {
+        std::vector<TableColumn> described = file_->Describe();
+        for (std::size_t k = 0; k < columns_.size(); ++k) described[k].info = columns_[k];
+        return described;
+    }
     std::optional<std::size_t> FindColumn(std::string_view name) const override { return file_->FindColumn(name); }
     std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) override {
         std::vector<bool> trimmed;

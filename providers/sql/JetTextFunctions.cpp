@@ -113,13 +113,7 @@ void StrComp(Arguments a, Value& out) {
 void Chr(Arguments a, Value& out) {
     const std::int64_t code = WholeOf(*a[0]);
     if (code < 0 || code > 255) ThrowBadArgument();
-    const char byte = static_cast<char>(code);
-    std::string text;
-    if (code < 0x80)
-        text = byte;
-    else
-        CodePage(1252).Decode(text, {&byte, 1});
-    out.SetText(text);
+    out.SetText(WesternCharacter(static_cast<char>(code)));
 }
 
 void ChrW(Arguments a, Value& out) {

@@ -85,4 +85,30 @@ TableShape ReadShape(SqliteFile& file, const std::string& name) {
     return shape;
 }
 
+std::vector<TableInfo> ListTables(SqliteFile& file) {
+    const Statement list = PrepareStatement(file.Handle(),
+                                            "SELECT name,type='view' FROM sqlite_schema WHERE type IN ('table','view') "
+                                            "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name COLLATE NOCASE",
+                                            file.StoredPath());
+    std::vector<TableInfo> tables;
+    while (Step(file, list)) tables.push_back({"", TextColumn(list, 0), sqlite3_column_int(list.get(), 1) != 0});
+    return tables;
+}
+
+std::vector<TableColumn> DescribeTable(SqliteFile& file, const std::string& name) {
+    const TableShape shape = ReadShape(file, name);
+    const Statement list = PrepareStatement(
+        file.Handle(), "SELECT type,pk,hidden FROM pragma_table_xinfo(?1) WHERE hidden<>1", file.StoredPath());
+    sqlite3_bind_text(list.get(), 1, shape.name.c_str(), -1, SQLITE_STATIC);
+    std::vector<TableColumn> columns;
+    for (const ShapeColumn& column : shape.columns) {
+        if (!Step(file, list)) break;
+        TableColumn described{DescribeColumn(column.name, column.type, !column.notNull), TextColumn(list, 0)};
+        described.isKey = sqlite3_column_int(list.get(), 1) > 0;
+        described.isAssigned = column.type.counter || sqlite3_column_int(list.get(), 2) > 1;  // or computed
+        columns.push_back(std::move(described));
+    }
+    return columns;
+}
+
 }  // namespace varnel::sql

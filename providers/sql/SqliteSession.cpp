@@ -69,6 +69,10 @@ void SqliteSession::ChangeTables(const std::string& sql) {
     file_->RunAlone(statement);
 }
 
+std::vector<TableColumn> SqliteSession::Columns(const std::string& /*owner*/, const std::string& table) {
+    return DescribeTable(*file_, table);
+}
+
 std::unique_ptr<PreparedStatement> SqliteSession::Prepare(const std::string& statement,
                                                           std::span<const ParameterInfo>) {
     RequireWritable();

@@ -6,6 +6,7 @@
 
 #include "ado/types/Provider.h"
 #include "providers/sql/SqlAst.h"
+#include "providers/sql/SqliteCatalog.h"
 #include "providers/sql/SqliteFile.h"
 
 namespace varnel::sql {
@@ -20,6 +21,8 @@ public:
     std::unique_ptr<PreparedStatement> Prepare(const std::string& statement,
                                                std::span<const ParameterInfo> parameters) override;
     std::unique_ptr<Appender> OpenAppender(const std::string& selectStatement) override;
+    std::vector<TableInfo> Tables() override { return ListTables(*file_); }
+    std::vector<TableColumn> Columns(const std::string& owner, const std::string& table) override;
     bool Reset() noexcept override { return file_->TryCommit(); }
     bool Alive() noexcept override { return file_->StillThere(); }
 

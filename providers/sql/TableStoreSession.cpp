@@ -6,6 +6,7 @@
 #include "providers/sql/StoreDefinitions.h"
 #include "providers/sql/StorePrepared.h"
 #include "providers/sql/StoreSelect.h"
+#include "providers/sql/ViewTable.h"
 
 namespace varnel::sql {
 
@@ -57,6 +58,17 @@ std::unique_ptr<Appender> TableStoreSession::OpenAppender(const std::string& sel
     const auto* select = std::get_if<SelectStatement>(&parsed.body);
     if (select == nullptr) throw Error(ErrorKind::Syntax, "", "Operation must use an updatable query.");
     return std::make_unique<StoreAppender>(store_, *dialect_.rules, *select);
+}
+
+std::vector<TableInfo> TableStoreSession::Tables() {
+    std::vector<TableInfo> tables;
+    for (std::string& name : store_->Tables().TableNames()) tables.push_back({"", std::move(name), false});
+    for (std::string& name : store_->Tables().ViewNames()) tables.push_back({"", std::move(name), true});
+    return tables;
+}
+
+std::vector<TableColumn> TableStoreSession::Columns(const std::string& owner, const std::string& table) {
+    return OpenStoreSource(store_, *dialect_.rules, table, owner)->file->Describe();
 }
 
 bool TableStoreSession::Alive() noexcept {

@@ -23,6 +23,8 @@ public:
     std::unique_ptr<PreparedStatement> Prepare(const std::string& statement,
                                                std::span<const ParameterInfo> parameters) override;
     std::unique_ptr<Appender> OpenAppender(const std::string& selectStatement) override;
+    std::vector<TableInfo> Tables() override;
+    std::vector<TableColumn> Columns(const std::string& owner, const std::string& table) override;
     bool Reset() noexcept override { return true; }
     bool Alive() noexcept override;
 

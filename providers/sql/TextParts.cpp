@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/CodePage.h"
 #include "platform/Utf8.h"
 
 namespace varnel::sql {
@@ -34,6 +35,13 @@ std::string_view WithoutLeft(std::string_view text) {
 }
 std::string_view WithoutRight(std::string_view text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+std::string WesternCharacter(char byte) {
+    if (static_cast<unsigned char>(byte) < 0x80) return std::string(1, byte);
+    std::string text;
+    CodePage(1252).Decode(text, {&byte, 1});
+    return text;
 }
 
 std::string UpperCase(std::string_view text) {

@@ -31,6 +31,9 @@ std::size_t OffsetOf(std::string_view text, std::int64_t count);
 std::string_view WithoutLeft(std::string_view text);
 std::string_view WithoutRight(std::string_view text);
 
+/// The character of a byte of code page 1252.
+std::string WesternCharacter(char byte);
+
 /// Letters of the Latin, Greek and Cyrillic alphabets in upper case; as many characters as before.
 std::string UpperCase(std::string_view text);
 

@@ -36,8 +36,8 @@ void AddAll(std::vector<std::string>& all, std::vector<std::string> more) {
 }
 
 /// A table with its memo file and its structural index; returns how many records it has.
-std::uint64_t VerifyFoxProTable(const std::string& storedPath, FileReport& report) {
-    AddAll(report.findings, foxpro::VerifyTable(storedPath));
+std::uint64_t VerifyFoxProTable(const std::string& storedPath, FileReport& report, const RowsSeen& seen) {
+    AddAll(report.findings, foxpro::VerifyTable(storedPath, seen));
     const auto table = foxpro::DbfFile::Open(storedPath);
     if (foxpro::FindCompanion(storedPath, "cdx")) AddAll(report.findings, foxpro::CheckIndex(*table, &report.notes));
     const auto hold = table->HoldForReading();
@@ -45,7 +45,7 @@ std::uint64_t VerifyFoxProTable(const std::string& storedPath, FileReport& repor
 }
 
 /// A table, or a container with all of its tables.
-FileReport VerifyFoxPro(const std::string& storedPath) {
+FileReport VerifyFoxPro(const std::string& storedPath, const RowsSeen& seen) {
     FileReport report;
     std::uint64_t records = 0, tables = 1;
     if (AsciiLower(storedPath).ends_with(".dbc")) {
@@ -54,9 +54,12 @@ FileReport VerifyFoxPro(const std::string& storedPath) {
         const std::vector<std::string> names = container->TableNames();
         tables = names.size();
         for (const std::string& name : names)
-            if (const auto table = container->FindTable(name)) records += VerifyFoxProTable(table->dbfPath, report);
+            if (const auto table = container->FindTable(name))
+                records += VerifyFoxProTable(table->dbfPath, report, [&](std::uint64_t count) {
+                    if (seen) seen(records + count);
+                });
     } else {
-        records = VerifyFoxProTable(storedPath, report);
+        records = VerifyFoxProTable(storedPath, report, seen);
     }
     report.extent = std::to_string(tables) + (tables == 1 ? " table, " : " tables, ") + std::to_string(records) +
                     (records == 1 ? " record" : " records");
@@ -65,15 +68,15 @@ FileReport VerifyFoxPro(const std::string& storedPath) {
 
 }  // namespace
 
-FileReport VerifyFile(const std::string& storedPath, const std::string& password) {
+FileReport VerifyFile(const std::string& storedPath, const std::string& password, const RowsSeen& seen) {
     const std::string localPath = LocalPath(storedPath);
     switch (LookAtFile(localPath)) {
         case FileFormat::Access:
-            return access::VerifyDatabase(storedPath, password);
+            return access::VerifyDatabase(storedPath, password, seen);
         case FileFormat::Sqlite:
             return VerifySqlite(storedPath, localPath);
         case FileFormat::FoxPro:
-            return VerifyFoxPro(storedPath);
+            return VerifyFoxPro(storedPath, seen);
         case FileFormat::Missing:
             throw Error(ErrorKind::Io, storedPath, "The file '" + storedPath + "' does not exist.");
         default:

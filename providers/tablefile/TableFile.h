@@ -42,6 +42,9 @@ class TableFile {
 public:
     virtual ~TableFile() = default;
     virtual const std::vector<ColumnInfo>& Columns() const = 0;
+    /// The columns with what else the format knows of them: its own type words, keys, who gives the values. By default
+    /// the types' usual names alone.
+    virtual std::vector<TableColumn> Describe();
     /// The position in Columns() of the column that a statement calls name; nothing when there is none. Names compare
     /// without case; a format may know a column by further names.
     virtual std::optional<std::size_t> FindColumn(std::string_view name) const;
@@ -61,6 +64,12 @@ public:
     /// Begins a unit; what was written before becomes a commit point. Null when changes cannot be taken back.
     virtual std::unique_ptr<TableUnit> BeginUnit() { return nullptr; }
 };
+
+inline std::vector<TableColumn> TableFile::Describe() {
+    std::vector<TableColumn> described;
+    for (const ColumnInfo& info : Columns()) described.push_back({info, TypeName(info.type)});
+    return described;
+}
 
 inline std::optional<std::size_t> TableFile::FindColumn(std::string_view name) const {
     const std::string folded = FoldCase(name);
@@ -90,6 +99,8 @@ public:
     virtual bool HasTable(std::string_view name);
     /// Throws Error when there is no such table, in the words of the format.
     virtual std::unique_ptr<TableFile> OpenTable(std::string_view name) = 0;
+    /// The queries kept in the store that can be read as tables.
+    virtual std::vector<std::string> ViewNames() { return {}; }
     /// The SELECT statement, in Access's words, that a query kept in the store under that name stands for; nothing when
     /// there is no such query. Throws Error, in the words of the format, for one that cannot be read.
     virtual std::optional<std::string> ViewText(std::string_view /*name*/) { return std::nullopt; }

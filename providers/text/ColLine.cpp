@@ -97,6 +97,13 @@ bool ReadParts(std::string_view rest, ColumnSpec& column) {
 
 }  // namespace
 
+std::string_view TypeWordOf(DataTypeEnum type) {
+    for (const TypeWord& known : kTypeWords) {
+        if (known.type == type) return known.word;
+    }
+    return "Text";
+}
+
 bool ReadColLine(std::string_view value, ColumnSpec& column) {
     const std::string_view inner = Unquoted(value);
     if (inner.size() == value.size()) return ReadParts(value, column);

@@ -7,6 +7,9 @@
 
 namespace varnel::text {
 
+/// The word for a column's type, "Long"; "Text" for a type that has none.
+std::string_view TypeWordOf(DataTypeEnum type);
+
 /// Reads the value of a Col line: a name (in double quotes when it holds blanks), a type word, "Width" and a number of
 /// characters; a date type may be followed by its picture. Type and width may be missing.
 /// Returns false for anything else.

@@ -4,6 +4,7 @@
 
 #include "platform/Error.h"
 #include "platform/InputFile.h"
+#include "providers/text/ColLine.h"
 #include "providers/text/LookCache.h"
 #include "providers/text/TextRows.h"
 
@@ -15,6 +16,12 @@ TextTable::TextTable(std::string storedPath, std::string fileName, TextFormat fo
       format_(std::move(format)),
       bufferBytes_(bufferBytes),
       look_(LookOf(storedPath_, fileName_, format_, bufferBytes_)) {}
+
+std::vector<TableColumn> TextTable::Describe() {
+    std::vector<TableColumn> described;
+    for (const ColumnInfo& info : look_->columns) described.push_back({info, std::string(TypeWordOf(info.type))});
+    return described;
+}
 
 std::unique_ptr<TableRows> TextTable::Rows(std::span<const std::size_t> wanted) {
     const auto source = std::make_shared<FileSource>(InputFile(storedPath_));

@@ -17,6 +17,7 @@ public:
     TextTable(std::string storedPath, std::string fileName, TextFormat format, std::size_t bufferBytes);
 
     const std::vector<ColumnInfo>& Columns() const override { return look_->columns; }
+    std::vector<TableColumn> Describe() override;
     /// Also by the header's own text, by F and the position, and by the first 64 characters.
     std::optional<std::size_t> FindColumn(std::string_view name) const override { return look_->names.Find(name); }
     std::unique_ptr<TableRows> Rows(std::span<const std::size_t> wanted) override;

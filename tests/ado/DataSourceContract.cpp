@@ -1,5 +1,7 @@
 #include "tests/ado/DataSourceContract.h"
 
+#include <algorithm>
+
 #include "ado/Ado.h"
 #include "ado/types/ValueText.h"
 #include "platform/Error.h"
@@ -72,6 +74,32 @@ TEST_P(DataSourceContract, DescribesItsColumns) {
     EXPECT_EQ(rows.Fields(3).NumericScale(), 2);
     EXPECT_THROW(rows.Fields(4), Error);
     EXPECT_THROW(rows.Fields("nobody"), Error);
+}
+
+TEST_P(DataSourceContract, TellsItsTablesAndTheirColumns) {
+    MakeTable(0);
+    Connection connection;
+    connection.Open(source_.connection);
+    const std::vector<TableInfo> tables = connection.Tables();
+    const auto found = std::find_if(tables.begin(), tables.end(),
+                                    [](const TableInfo& table) { return table.name == "t" && !table.isView; });
+    ASSERT_NE(found, tables.end());
+    Recordset rows;
+    rows.Open(kAll, source_.connection);
+    for (const std::string& owner : {std::string(), found->owner}) {
+        const std::vector<TableColumn> columns = connection.Columns(owner, "t");
+        ASSERT_EQ(columns.size(), 4u);
+        for (std::size_t k = 0; k < columns.size(); ++k) {
+            EXPECT_EQ(columns[k].info.name, rows.Fields(k).Name());
+            EXPECT_EQ(columns[k].info.type, rows.Fields(k).Type());
+            EXPECT_EQ(columns[k].info.definedSize, rows.Fields(k).DefinedSize());
+            EXPECT_EQ(columns[k].info.numericScale, rows.Fields(k).NumericScale());
+            EXPECT_EQ(columns[k].isKey, k == 0 && GetParam().table.hasKey);
+            EXPECT_EQ(columns[k].info.nullable, k > 0);
+            EXPECT_NE(columns[k].typeName, "");
+        }
+    }
+    EXPECT_THROW(connection.Columns("", "nobody"), Error);
 }
 
 TEST_P(DataSourceContract, AppendsWhatWasSetAndLeavesTheRest) {

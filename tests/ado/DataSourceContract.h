@@ -12,7 +12,6 @@ namespace varnel {
 
 /// A data source for the contract: an empty database.
 struct ContractSource {
-    std::string name;                 ///< for the test's name
     std::string connection;           ///< its connection string
     std::shared_ptr<void> keepAlive;  ///< what must live as long as the database
 };

@@ -30,26 +30,26 @@ TEST(DecimalTest, ReadsAndWritesEveryDigit) {
         std::string text, expected;
     };
     const std::string nines = kLargest;
-    for (const auto& [text, expected] :
-         {Case{"1.50", "1.5"},
-          {" -0.05 ", "-0.05"},
-          {"+1500", "1500"},
-          {"1.5E3", "1500"},
-          {"1500e-3", "1.5"},
-          {".5", "0.5"},
-          {"5.", "5"},
-          {"-0.000", "0"},
-          {"0e999999999", "0"},
-          {"000123", "123"},
-          {nines, nines},
-          {"-0." + nines, "-0." + nines},
-          {"1e37", "1" + std::string(37, '0')},
-          {"1e-38", "0." + std::string(37, '0') + "1"},
-          {"1" + std::string(60, '0') + "e-60", "1"},
-          {"1." + std::string(60, '0'), "1"},
-          {"12345678901234567890.12345678901234567", "12345678901234567890.12345678901234567"},
-          {"10000000000000000000", "10000000000000000000"},
-          {"0.10000000000000000001", "0.10000000000000000001"}}) {
+    const Case cases[] = {{"1.50", "1.5"},
+                          {" -0.05 ", "-0.05"},
+                          {"+1500", "1500"},
+                          {"1.5E3", "1500"},
+                          {"1500e-3", "1.5"},
+                          {".5", "0.5"},
+                          {"5.", "5"},
+                          {"-0.000", "0"},
+                          {"0e999999999", "0"},
+                          {"000123", "123"},
+                          {nines, nines},
+                          {"-0." + nines, "-0." + nines},
+                          {"1e37", "1" + std::string(37, '0')},
+                          {"1e-38", "0." + std::string(37, '0') + "1"},
+                          {"1" + std::string(60, '0') + "e-60", "1"},
+                          {"1." + std::string(60, '0'), "1"},
+                          {"12345678901234567890.12345678901234567", "12345678901234567890.12345678901234567"},
+                          {"10000000000000000000", "10000000000000000000"},
+                          {"0.10000000000000000001", "0.10000000000000000001"}};
+    for (const auto& [text, expected] : cases) {
         EXPECT_EQ(Text(Read(text)), expected) << text;
     }
 }
@@ -87,35 +87,30 @@ TEST(DecimalTest, DoublesComeAndGoCorrectlyRounded) {
 }
 
 TEST(DecimalTest, RoundsTiesToEven) {
-    struct Case {
+    const struct {
         const char* text;
         int scale;
         const char* rounded;
-    };
-    for (const auto& [text, scale, rounded] : {Case{"2.5", 0, "2"},
-                                               {"3.5", 0, "4"},
-                                               {"-2.5", 0, "-2"},
-                                               {"2.500001", 0, "3"},
-                                               {"0.00005", 4, "0"},
-                                               {"0.00015", 4, "0.0002"},
-                                               {"-0.4", 0, "0"},
-                                               {"1.5", 4, "1.5"},
-                                               {"99.99", 1, "100"},
-                                               {"0.00000000000000000000000000000000000001", 0, "0"}}) {
+    } cases[] = {{"2.5", 0, "2"},     {"3.5", 0, "4"},
+                 {"-2.5", 0, "-2"},   {"2.500001", 0, "3"},
+                 {"0.00005", 4, "0"}, {"0.00015", 4, "0.0002"},
+                 {"-0.4", 0, "0"},    {"1.5", 4, "1.5"},
+                 {"99.99", 1, "100"}, {"0.00000000000000000000000000000000000001", 0, "0"}};
+    for (const auto& [text, scale, rounded] : cases) {
         EXPECT_EQ(Text(RoundedToScale(Read(text), scale)), rounded) << text;
     }
     EXPECT_FALSE(RoundedToScale(Read("-0.4"), 0).negative);
 }
 
 TEST(DecimalTest, CurrencyReachesItsLimits) {
-    struct Case {
+    const struct {
         const char* text;
         std::int64_t scaled;
-    };
-    for (const auto& [text, scaled] : {Case{"922337203685477.5807", std::numeric_limits<std::int64_t>::max()},
-                                       {"-922337203685477.5808", std::numeric_limits<std::int64_t>::min()},
-                                       {"1.00005", 10000},
-                                       {"-7", -70000}}) {
+    } cases[] = {{"922337203685477.5807", std::numeric_limits<std::int64_t>::max()},
+                 {"-922337203685477.5808", std::numeric_limits<std::int64_t>::min()},
+                 {"1.00005", 10000},
+                 {"-7", -70000}};
+    for (const auto& [text, scaled] : cases) {
         EXPECT_EQ(CurrencyFromDecimal(Read(text)), scaled) << text;
     }
     EXPECT_EQ(Text(DecimalFromCurrency(std::numeric_limits<std::int64_t>::min())), "-922337203685477.5808");

@@ -5,7 +5,6 @@
 
 #include "ado/types/ValueText.h"
 #include "providers/access/CellDecoder.h"
-#include "providers/access/ColumnDescription.h"
 #include "providers/access/UnicodeText.h"
 #include "tests/providers_access/MemoryPageFile.h"
 #include "tests/providers_access/SampleFiles.h"
@@ -111,19 +110,20 @@ TEST(AccessCells, OfTheNewerTypesAreRead) {
 
 /// Days as stored, and the moment they mean.
 TEST(AccessCells, DatesBeforeDayZeroCountTheTimeForward) {
-    struct Case {
-        double days;
-        const char* shown;
-    };
-    for (const Case& date : {Case{-1.25, "12/29/1899 6:00:00 AM"}, Case{36622.742760416666, "4/6/2000 5:49:35 PM"},
-                             Case{-657434.5, "1/1/100 12:00:00 PM"}, Case{2958466, "!"}, Case{-657435, "!"},
-                             Case{std::numeric_limits<double>::quiet_NaN(), "!"}, Case{1e300, "!"}}) {
+    const std::pair<double, const char*> cases[] = {{-1.25, "12/29/1899 6:00:00 AM"},
+                                                    {36622.742760416666, "4/6/2000 5:49:35 PM"},
+                                                    {-657434.5, "1/1/100 12:00:00 PM"},
+                                                    {2958466, "!"},
+                                                    {-657435, "!"},
+                                                    {std::numeric_limits<double>::quiet_NaN(), "!"},
+                                                    {1e300, "!"}};
+    for (const auto& [days, expected] : cases) {
         std::vector<std::uint8_t> row = Hex("01 00");
-        const auto bits = std::bit_cast<std::uint64_t>(date.days);
+        const auto bits = std::bit_cast<std::uint64_t>(days);
         for (int k = 0; k < 8; ++k) row.push_back(static_cast<std::uint8_t>(bits >> (8 * k)));
         row.push_back(1);
         const std::string shown = Decoded(row, {Fixed(0, ColumnType::Date, 0)}, kJet4Layout);
-        EXPECT_EQ(shown.substr(0, shown[0] == '!' ? 1 : shown.size() - 1), date.shown) << date.days;
+        EXPECT_EQ(shown.substr(0, shown[0] == '!' ? 1 : shown.size() - 1), expected) << days;
     }
 }
 
@@ -163,78 +163,42 @@ TEST(AccessCells, ADamagedRowIsAFaultOfItsCells) {
 }
 
 struct TextCase {
-    const char* name;
     const char* stored;
-    const char* text;  ///< null: it has a fault
+    std::optional<std::string> text;  ///< none: it has a fault
 };
-void PrintTo(const TextCase& text, std::ostream* out) {
-    *out << text.name;
-}
-class AccessTexts : public testing::TestWithParam<TextCase> {};
 
-/// Cut into two pieces anywhere, and whole.
-TEST_P(AccessTexts, AreTheSameInPieces) {
-    const std::vector<std::uint8_t> stored = Hex(GetParam().stored);
-    for (std::size_t cut = 0; cut <= stored.size(); ++cut) {
-        std::string out;
-        UnicodeText text(out);
-        Fault fault = text.Feed(Bytes(stored).first(cut));
-        if (fault == nullptr) fault = text.Feed(Bytes(stored).subspan(cut));
-        if (fault == nullptr) fault = text.Finish();
-        EXPECT_EQ(fault == nullptr ? std::optional(out) : std::nullopt,
-                  GetParam().text != nullptr ? std::optional<std::string>(GetParam().text) : std::nullopt)
-            << "cut at " << cut;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Unicode, AccessTexts,
-    testing::Values(TextCase{"Empty", "", ""}, TextCase{"CompressedEmpty", "FF FE", ""},
-                    TextCase{"Plain", "41 00 42 00 43 00 44 00 45 00", "ABCDE"},
-                    TextCase{"PlainOtherScripts", "41 00 42 00 43 00 44 00 BB 03 AC 20 45 00", "ABCD\u03BB\u20ACE"},
-                    TextCase{"Pair", "3D D8 00 DE 41 00", "\U0001F600A"},
-                    TextCase{"CompressedIsLatin1", "FF FE 41 E4 80 42",
-                             "A\u00E4\u0080"
-                             "B"},
-                    TextCase{"SwitchThereAndBack", "FF FE 61 00 BB 03 BC 03 00 62",
-                             "a\u03BB\u03BC"
-                             "b"},
-                    TextCase{"SwitchAndEnd", "FF FE 61 00 BB 03", "a\u03BB"},
-                    TextCase{"OddLength", "41 00 42", nullptr}, TextCase{"LoneHighHalf", "3D D8 41 00", nullptr},
-                    TextCase{"LoneLowHalf", "00 DE", nullptr}, TextCase{"HighHalfAtTheEnd", "41 00 3D D8", nullptr},
-                    TextCase{"HighHalfBeforeTheSwitch", "FF FE 61 00 3D D8 00 62", nullptr}),
-    [](const auto& text) { return std::string(text.param.name); });
-
-TEST(AccessColumns, AreDescribedAsARecordSetDoes) {
-    struct Case {
-        Column column;
-        DataTypeEnum type;
-        std::int64_t size;
+/// Whole, and cut into two pieces anywhere.
+TEST(AccessTexts, AreTheSameInPieces) {
+    const TextCase cases[] = {
+        {"", ""},
+        {"FF FE", ""},
+        {"41 00 42 00 43 00 44 00 BB 03 AC 20 45 00", "ABCD\u03BB\u20ACE"},
+        {"3D D8 00 DE 41 00", "\U0001F600A"},
+        {"FF FE 41 E4 80 42",
+         "A\u00E4\u0080"
+         "B"},
+        {"FF FE 61 00 BB 03 BC 03 00 62",
+         "a\u03BB\u03BC"
+         "b"},  // switches there and back
+        {"FF FE 61 00 BB 03", "a\u03BB"},
+        {"41 00 42", {}},
+        {"3D D8 41 00", {}},  // half of a pair: before a letter, alone, at the end, before the switch back
+        {"00 DE", {}},
+        {"41 00 3D D8", {}},
+        {"FF FE 61 00 3D D8 00 62", {}},
     };
-    const auto numeric = [] {
-        Column column = Fixed(0, ColumnType::Numeric, 0);
-        column.precision = 18, column.scale = 4;
-        return column;
-    }();
-    const auto sized = [](Column column, std::uint16_t length) {
-        column.length = length;
-        return column;
-    };
-    for (const Case& expected :
-         {Case{Fixed(0, ColumnType::Boolean, 0), adBoolean, 2},
-          Case{Fixed(0, ColumnType::Byte, 0), adUnsignedTinyInt, 1}, Case{Fixed(0, ColumnType::Long, 0), adInteger, 4},
-          Case{numeric, adNumeric, 19}, Case{sized(Variable(0, ColumnType::Text, 0), 100), adVarWChar, 50},
-          Case{Fixed(0, ColumnType::Text, 0, 20), adWChar, 10},
-          Case{sized(Variable(0, ColumnType::Binary, 0), 510), adVarBinary, 510},
-          Case{Variable(0, ColumnType::Memo, 0), adLongVarWChar, 536870910},
-          Case{Variable(0, ColumnType::Ole, 0), adLongVarBinary, 1073741823}}) {
-        const ColumnInfo info = DescribeColumn(expected.column, Version::Jet4);
-        EXPECT_EQ(info.type, expected.type);
-        EXPECT_EQ(info.definedSize, expected.size);
+    for (const TextCase& row : cases) {
+        const std::vector<std::uint8_t> stored = Hex(row.stored);
+        for (std::size_t cut = 0; cut <= stored.size(); ++cut) {
+            std::string out;
+            UnicodeText text(out);
+            Fault fault = text.Feed(Bytes(stored).first(cut));
+            if (fault == nullptr) fault = text.Feed(Bytes(stored).subspan(cut));
+            if (fault == nullptr) fault = text.Finish();
+            EXPECT_EQ(fault == nullptr ? std::optional(out) : std::nullopt, row.text)
+                << row.stored << ", cut at " << cut;
+        }
     }
-    EXPECT_EQ(DescribeColumn(numeric, Version::Jet4).precision, 18);
-    EXPECT_EQ(DescribeColumn(numeric, Version::Jet4).numericScale, 4);
-    EXPECT_EQ(DescribeColumn(sized(Variable(0, ColumnType::Text, 0), 50), Version::Jet3).definedSize, 50);
 }
 
 }  // namespace

@@ -18,62 +18,38 @@ std::unique_ptr<AccessDatabase> Sample(const std::string& name) {
     return DatabaseOf(BytesOfFile(SamplePath(name).value()), name);
 }
 
-TEST(AccessDatabases, TheSameRowsComeFromTheFileOnTheDisk) {
-    const std::string path = SamplePath("overflowTestV2000.mdb").value();
-    AccessDatabase database(path, {"", true});
-    const Rows rows = ReadTable(database, "TABLE1");
-    EXPECT_EQ(Shown(rows), Shown(ReadTable(*Sample("overflowTestV2000.mdb"), "Table1")));
-    // Seven rows, of which two have moved; column 9 of the definition was dropped.
-    ASSERT_EQ(rows.size(), 7U);
-    EXPECT_EQ(rows[0][0], Value::OfText("row1col1"));
-    EXPECT_THAT(ErrorOf([&] { AccessDatabase(path, {"secret", true}); }), testing::StartsWith("Not a valid password"));
-}
-
-TEST(AccessDatabases, ARowIsFoundAgainByItsId) {
-    const auto database = Sample("overflowTestV2000.mdb");
-    const auto table = database->OpenTable("Table1");
-    const std::vector<std::size_t> wanted = {0, 1};
-    const auto rows = table->Rows(wanted);
-    const auto again = table->Rows(wanted);
-    auto& seeker = dynamic_cast<TableReader&>(*again);
-    std::vector<Value> row(2), found(2);
-    while (rows->Next(row)) {
-        ASSERT_TRUE(seeker.Seek(rows->Current(), found));
-        EXPECT_EQ(row, found);
-        EXPECT_EQ(seeker.Current(), rows->Current());
-    }
-    EXPECT_FALSE(seeker.Seek(PackRowPointer({2, 0}), found));
-}
-
 TEST(AccessDatabases, ACursorKeepsTheRowsOfItsOpening) {
     const TempFolder folder;
-    const std::string path = folder.File("new.mdb");
-    CreateBlankDatabase(path);
-    AccessDatabase database(path, {});
+    CreateBlankDatabase(folder.File("new.mdb"));
+    AccessDatabase database(folder.File("new.mdb"), {});
     database.CreateTable("t", std::vector<ColumnDefinition>{{"id", "LONG", {}}, {"note", "MEMO", {}}});
     const auto table = database.OpenTable("t");
     const std::vector<bool> both = {true, true};
-    const auto append = [&](int id, std::size_t length) {
-        const Value row[] = {Value::OfInteger(id), Value::OfText(std::string(length, static_cast<char>('a' + id % 26)))};
+    // Memos of all three storages.
+    const auto note = [](int id) {
+        return Value::OfText(std::string(id % 3 == 0   ? 10
+                                         : id % 3 == 1 ? 900
+                                                       : 9000,
+                                         static_cast<char>('a' + id % 26)));
+    };
+    const auto append = [&](int id) {
+        const Value row[] = {Value::OfInteger(id), note(id)};
         table->Append(row, both);
     };
-    // Memos of all three storages.
-    for (int id = 0; id < 300; ++id) append(id, id % 3 == 0 ? 10 : id % 3 == 1 ? 900 : 9000);
+    for (int id = 0; id < 300; ++id) append(id);
     const auto rows = table->Rows(std::vector<std::size_t>{0, 1});
     std::vector<Value> row(2);
     for (int id = 0; id < 300; ++id) {
         ASSERT_TRUE(rows->Next(row)) << id;
-        EXPECT_EQ(row[0], Value::OfInteger(id));
-        ASSERT_EQ(row[1].Kind(), ValueKind::Text) << Shown({row});
-        EXPECT_EQ(row[1].AsText(), std::string(id % 3 == 0 ? 10 : id % 3 == 1 ? 900 : 9000, static_cast<char>('a' + id % 26)));
+        EXPECT_EQ(row, (std::vector<Value>{Value::OfInteger(id), note(id)})) << Shown({row});
         if (id == 5) {
-            append(1000, 20);
+            append(1000);
             const Value other[] = {Value(), Value::OfText("changed")};
             table->Update(rows->Current(), other, {false, true});
             EXPECT_EQ(table->CountRows(), 301);
         }
         if (id == 100) table->DeleteAll();
-        if (id == 200) append(2000, 9000), table->Commit();
+        if (id == 200) append(2000), table->Commit();
     }
     EXPECT_FALSE(rows->Next(row));
     EXPECT_EQ(table->CountRows(), 1);
@@ -81,9 +57,8 @@ TEST(AccessDatabases, ACursorKeepsTheRowsOfItsOpening) {
 
 TEST(AccessDatabases, WhatIsNoTableIsRefusedInWords) {
     const auto linked = Sample("linkerTestV2007.accdb");
-    const std::string refusal = ErrorOf([&] { linked->OpenTable("table2"); });
-    EXPECT_THAT(refusal, testing::HasSubstr("'Table2' is linked to '"));
-    EXPECT_THAT(refusal, testing::HasSubstr("linkeeTest.accdb'"));
+    EXPECT_THAT(ErrorOf([&] { linked->OpenTable("table2"); }),
+                testing::ContainsRegex("'Table2' is linked to '.*linkeeTest.accdb'"));
     EXPECT_EQ(ErrorOf([&] { linked->OpenTable("Table9"); }),
               "The Jet database engine cannot find the input table or query 'Table9'.");
     EXPECT_NE(ErrorOf([&] { linked->RequireWritable(); }), "");
@@ -91,7 +66,7 @@ TEST(AccessDatabases, WhatIsNoTableIsRefusedInWords) {
 
 TEST(AccessDatabases, OtherQueriesThanPlainSelectsAreRefusedByTheirKind) {
     const auto database = Sample("queryTestV2000.mdb");
-    const std::pair<const char*, const char*> queries[] = {{"SelectQuery", "select over several tables"},
+    const std::pair<std::string, std::string> queries[] = {{"SelectQuery", "select over several tables"},
                                                            {"UpdateQuery", "update"},
                                                            {"AppendQuery", "append"},
                                                            {"DeleteQuery", "delete"},
@@ -100,9 +75,9 @@ TEST(AccessDatabases, OtherQueriesThanPlainSelectsAreRefusedByTheirKind) {
                                                            {"UnionQuery", "union"},
                                                            {"PassthroughQuery", "pass-through"},
                                                            {"DataDefinitionQuery", "data definition"}};
-    for (const auto& query : queries) {
-        EXPECT_EQ(ErrorOf([&] { database->ViewText(query.first); }),
-                  "The query '" + std::string(query.first) + "' is of kind " + query.second + " and cannot be read.");
+    for (const auto& [name, kind] : queries) {
+        EXPECT_EQ(ErrorOf([&, query = name] { database->ViewText(query); }),
+                  "The query '" + name + "' is of kind " + kind + " and cannot be read.");
     }
     EXPECT_EQ(database->ViewText("Table1"), std::nullopt);
     EXPECT_EQ(database->ViewText("nothing"), std::nullopt);
@@ -131,16 +106,6 @@ TEST(AccessDatabases, APlainSelectIsWrittenOutOfItsParts) {
                     }),
                     testing::StartsWith("The query 'q' is of kind "))
             << part.attribute;
-}
-
-TEST(AccessDatabases, ADefinitionOverTwoPagesIsReadWhole) {
-    const auto database = Sample("test2V2003.mdb");
-    EXPECT_EQ(database->OpenTable("MSP_PROJECTS")->Columns().size(), 74U);
-    const auto table = Sample("indexTestV2000.mdb")->OpenTable("Table1");
-    EXPECT_EQ(table->Columns().size(), 5U);
-    // The primary key's column is required by its index, not by a property.
-    const auto properties = Sample("testIndexPropertiesV2000.mdb")->OpenTable("TableIgnoreNulls1");
-    EXPECT_TRUE(properties->Columns()[1].nullable);
 }
 
 /// Reads everything; every failure must be an Error or a failed cell.

@@ -1,14 +1,12 @@
 // The process ends, or the disk is full, at any moment while rows are written: what is found next is one commit point.
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 #include <functional>
 
-#include "platform/JournaledFiles.h"
 #include "tests/providers_access/WriteTest.h"
+#include "tests/support/ChildProcess.h"
 
 namespace varnel::access {
 namespace {
@@ -38,18 +36,6 @@ std::string Brief(TableFile& table) {
         text += std::to_string(row[0].AsInteger()) + "," + std::to_string(row[1].AsInteger()) + "," +
                 std::to_string(row[2].AsText().size()) + "," + std::to_string(row[3].AsBytes().size()) + "\n";
     return text;
-}
-
-/// Runs body in a child; its exit status, or 128 plus the signal.
-int InChild(const std::function<void()>& body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        body();
-        std::_Exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 class KilledTest : public WriteTest {
@@ -95,21 +81,12 @@ TEST_F(KilledTest, TheFileHoldsExactlyOneCommitPoint) {
     for (int end = 1; end < moments && !HasFailure(); end += std::max(1, moments / 25)) {
         SCOPED_TRACE("ended at moment " + std::to_string(end) + " of " + std::to_string(moments));
         StartAnew();
-        int pipes[2];
-        ASSERT_EQ(pipe(pipes), 0);
-        EXPECT_EQ(InChild([&] {
-                      int now = 0;
-                      WatchJournaledFiles([&](JournaledFiles::Moment) {
-                          if (++now == end) std::_Exit(7);
-                      });
-                      WriteAll([&](TableFile&) { EXPECT_EQ(write(pipes[1], "c", 1), 1); });
-                  }),
-                  7);
-        close(pipes[1]);
-        std::size_t acknowledged = 0;
-        for (char c = 0; read(pipes[0], &c, 1) == 1;) ++acknowledged;
-        close(pipes[0]);
-        ExpectPoint(points, acknowledged);
+        const ChildEnd child = InChild([&](const auto& tell) {
+            EndAtMoment(end);
+            WriteAll([&](TableFile&) { tell(); });
+        });
+        EXPECT_EQ(child.status, 7);
+        ExpectPoint(points, child.told);
     }
 }
 
@@ -119,7 +96,7 @@ TEST_F(KilledTest, AFullDiskCostsNothingThatWasCommitted) {
     for (const bool roomLater : {false, true}) {
         SCOPED_TRACE(roomLater ? "with room later" : "given up");
         StartAnew();
-        const int status = InChild([&] {
+        const ChildEnd child = InChild([&](const auto&) {
             std::signal(SIGXFSZ, SIG_IGN);
             Reopen();
             const auto table = database_->OpenTable("t");
@@ -136,7 +113,7 @@ TEST_F(KilledTest, AFullDiskCostsNothingThatWasCommitted) {
             table->Commit();
             folder_.Write("told.txt", Brief(*table));
         });
-        EXPECT_EQ(status, 0);
+        EXPECT_EQ(child.status, 0);
         Reopen();
         const std::string found = Brief(*database_->OpenTable("t"));
         EXPECT_EQ(found, roomLater ? ReadBytes(folder_.File("told.txt")) : points[1]);

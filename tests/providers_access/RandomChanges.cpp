@@ -2,15 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <set>
-
 #include "ado/types/ValueText.h"
 #include "platform/Error.h"
 #include "providers/access/ColumnDescription.h"
 #include "providers/access/IndexKey.h"
 #include "providers/access/Verify.h"
-#include "providers/access/VerifyIndexTree.h"
 
 namespace varnel::access {
 namespace {
@@ -54,7 +50,7 @@ std::string RandomChanges::RandomText(std::size_t length) {
 }
 
 Value RandomChanges::RandomValue(const ColumnInfo& column) {
-    if (column.type != adBoolean && Below(10) == 0) return {};
+    if (column.type != adBoolean && Below(column.nullable ? 10 : 40) == 0) return {};
     static constexpr std::size_t kLengths[] = {0, 1, 3, 30, 40, 500, 1900, 3000, 9000, 40'000};
     const auto number = static_cast<std::int64_t>(Below(200));
     switch (column.type) {
@@ -188,17 +184,18 @@ void RandomChanges::Change(int count, std::size_t aboutRows) {
     }
 }
 
-std::string RandomChanges::AsCsv() const {
-    std::string csv;
+std::vector<std::string> RandomChanges::AsCsv() const {
+    std::vector<std::string> lines;
     for (const auto& [id, kept] : model_) {
+        std::string& line = lines.emplace_back();
         for (const Value& value : kept.row) {
             const char* quote = value.Kind() == ValueKind::Text && !value.AsText().empty() ? "\"" : "";
-            if (!value.IsNull()) csv += quote + DefaultText(value) + quote;
-            csv += ',';
+            if (!value.IsNull()) line += quote + DefaultText(value) + quote;
+            line += ',';
         }
-        csv.back() = '\n';
+        line.pop_back();
     }
-    return csv;
+    return lines;
 }
 
 void RandomChanges::Check() {
@@ -213,34 +210,8 @@ void RandomChanges::Check() {
     EXPECT_EQ(count, model_.size());
     EXPECT_EQ(table_->CountRows(), static_cast<std::int64_t>(model_.size()));
     table_->Commit();
-    CheckIndexes();
+    // That compares every index with the rows, too.
     for (const std::string& finding : VerifyDatabase(*file_).findings) ADD_FAILURE() << finding;
-}
-
-void RandomChanges::CheckIndexes() {
-    const auto hold = file_->HoldForReading();
-    Schema schema(file_, 2, 1252);
-    const TableDefinition& definition = *schema.DefinitionOf(name_);
-    EXPECT_EQ(definition.rowCount, model_.size());
-    const std::vector<std::size_t> order = ColumnOrder(definition);
-    for (const RealIndex& index : definition.realIndexes) {
-        std::set<std::string> expected, found;
-        for (const auto& [id, kept] : model_) {
-            Row values(kept.row.size());
-            for (std::size_t k = 0; k < order.size(); ++k) values[order[k]] = kept.row[k];
-            std::string entry;
-            if (IndexKey(definition, index).Build(entry, values) == KeyState::NoEntry) continue;
-            AppendRowId(entry, UnpackRowPointer(static_cast<std::uint32_t>(id)));
-            expected.insert(entry);
-        }
-        VerifyIndexTree(
-            *file_, definition.Id(), index.root,
-            [&](PageNumber page, const std::string& what) {
-                ADD_FAILURE() << name_ << "." << index.name << ", page " << page << ": " << what;
-            },
-            [&](std::string_view entry) { found.emplace(entry); });
-        EXPECT_EQ(found, expected) << name_ << "." << index.name;
-    }
 }
 
 }  // namespace varnel::access

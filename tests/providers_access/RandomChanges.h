@@ -22,8 +22,8 @@ public:
     void Check();
     void DeleteAll();
 
-    /// The model's rows as lines of comma-separated cells, texts in quotes unless they are empty.
-    std::string AsCsv() const;
+    /// The model's rows as comma-separated cells, texts in quotes unless they are empty.
+    std::vector<std::string> AsCsv() const;
     int Refused() const { return refused_; }
 
 private:
@@ -44,7 +44,6 @@ private:
     std::size_t Below(std::size_t end) { return std::uniform_int_distribution<std::size_t>(0, end - 1)(random_); }
     RowId NewRow() const;
     std::map<RowId, Kept>::iterator Pick();
-    void CheckIndexes();
 
     std::shared_ptr<PageFile> file_;
     std::string name_;

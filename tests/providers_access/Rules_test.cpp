@@ -92,12 +92,7 @@ TEST_F(WriteTest, AutonumbersGoOnWhereTheyWere) {
 }
 
 TEST_F(WriteTest, EnforcedRelationshipsHold) {
-    const auto sample = SamplePath("indexTestV2000.mdb");
-    if (!sample) GTEST_SKIP() << "indexTestV2000.mdb is not on this machine";
-    const std::string path = folder_.File("related.mdb");
-    std::filesystem::copy_file(*sample, path);
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    Open(path);
+    OpenSample("indexTestV2000.mdb");
     const auto children = database_->OpenTable("Table1"), first = database_->OpenTable("Table2"),
                second = database_->OpenTable("Table3");
     const std::string missing =

@@ -1,9 +1,12 @@
 #include "tests/providers_access/SampleFiles.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "ado/types/ValueText.h"
 #include "tests/providers_access/MemoryPageFile.h"
@@ -25,10 +28,25 @@ std::vector<std::uint8_t> BytesOfFile(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-std::unique_ptr<AccessDatabase> DatabaseOf(std::vector<std::uint8_t> bytes, const std::string& name) {
-    const Layout& shape = LayoutOf(bytes);
-    return std::make_unique<AccessDatabase>(std::make_shared<MemoryPageFile>(std::move(bytes), shape, name),
+std::unique_ptr<AccessDatabase> DatabaseOf(const std::vector<std::uint8_t>& bytes, const std::string& name) {
+    return std::make_unique<AccessDatabase>(std::make_shared<MemoryPageFile>(bytes, LayoutOf(bytes), name),
                                             AccessOptions());
+}
+
+std::string OutputOf(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    std::string output;
+    std::array<char, 4096> block;
+    while (const std::size_t count = std::fread(block.data(), 1, block.size(), pipe.get()))
+        output.append(block.data(), count);
+    return output;
+}
+
+std::vector<std::string> LinesOf(const std::string& command) {
+    std::vector<std::string> lines;
+    std::istringstream stream(OutputOf(command));
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
 }
 
 Rows ReadColumns(TableFile& table, const std::vector<std::string>& names) {

@@ -16,7 +16,11 @@ namespace varnel::access {
 std::optional<std::string> SamplePath(const std::string& name);
 std::vector<std::uint8_t> BytesOfFile(const std::string& path);
 /// The database in these bytes, read from memory.
-std::unique_ptr<AccessDatabase> DatabaseOf(std::vector<std::uint8_t> bytes, const std::string& name = "sample.mdb");
+std::unique_ptr<AccessDatabase> DatabaseOf(const std::vector<std::uint8_t>& bytes,
+                                           const std::string& name = "sample.mdb");
+/// What a command prints.
+std::string OutputOf(const std::string& command);
+std::vector<std::string> LinesOf(const std::string& command);
 
 using Rows = std::vector<std::vector<Value>>;
 /// All rows, with the columns of these names.

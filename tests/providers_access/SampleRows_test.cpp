@@ -17,18 +17,6 @@ namespace {
 // The samples hold texts of every single character.
 constexpr std::string_view kCellEnd = "<|cell|>", kRowEnd = "<|row|>", kNull = "<|null|>";
 
-std::string OutputOf(const std::string& command) {
-    std::string output;
-    FILE* pipe = popen(command.c_str(), "r");
-    char block[4096];
-    for (std::size_t count = 1; pipe != nullptr && count > 0;) {
-        count = fread(block, 1, sizeof block, pipe);
-        output.append(block, count);
-    }
-    if (pipe == nullptr || pclose(pipe) != 0) return "";
-    return output;
-}
-
 bool HasOtherReader() {
     static const bool has = std::system("mdb-export --version >/dev/null 2>&1") == 0;
     return has;
@@ -161,23 +149,18 @@ void ExpectSameLines(const std::vector<std::string>& ours, const std::vector<std
 
 struct Sample {
     const char* file;
-    std::vector<std::string> tables;  ///< of users, as TableNames must list them
     std::vector<std::string> systemTables;
 };
-
-void PrintTo(const Sample& sample, std::ostream* out) {
-    *out << sample.file;
-}
 
 class SampleRows : public testing::TestWithParam<Sample> {};
 
 TEST_P(SampleRows, AreThoseOfAnotherReader) {
     const auto path = SamplePath(GetParam().file);
     if (!path) GTEST_SKIP() << "no sample file " << GetParam().file;
-    const auto database = DatabaseOf(BytesOfFile(*path), GetParam().file);
-    EXPECT_THAT(database->TableNames(), testing::UnorderedElementsAreArray(GetParam().tables));
     if (!HasOtherReader()) GTEST_SKIP() << "mdb-export (package mdbtools) is missing";
+    const auto database = DatabaseOf(BytesOfFile(*path), GetParam().file);
     std::vector<std::string> tables = database->TableNames();
+    EXPECT_THAT(tables, testing::UnorderedElementsAreArray(LinesOf("mdb-tables -1 " + *path)));
     tables.insert(tables.end(), GetParam().systemTables.begin(), GetParam().systemTables.end());
     for (const std::string& table : tables) {
         SCOPED_TRACE(table);
@@ -199,36 +182,19 @@ TEST_P(SampleRows, AreThoseOfAnotherReader) {
 
 INSTANTIATE_TEST_SUITE_P(
     Access, SampleRows,
-    testing::Values(
-        Sample{"adox_jet4.mdb", {}, {"MSysObjects", "MSysACEs"}},
-        Sample{"compIndexTestV2000.mdb", {"Table1"}, {"MSysObjects"}},
-        Sample{"fixedNumericTestV2000.mdb", {"test"}, {}},
-        Sample{"indexTestV2000.mdb", {"Table1", "Table2", "Table3"}, {"MSysObjects", "MSysNavPaneGroupCategories"}},
-        Sample{"linkerTestV2007.accdb", {"Table1"}, {"MSysObjects", "MSysAccessStorage", "MSysNameMap"}},
-        Sample{"nwind97.mdb",
-               {"Categories", "Customers", "Employees", "Order Details", "Orders", "Products", "Shippers", "Suppliers",
-                "Ums\xC3\xA4tze"},
-               {"MSysObjects", "MSysQueries"}},
-        Sample{"overflowTestV2000.mdb", {"Table1"}, {"MSysObjects"}},
-        Sample{"queryTestV2000.mdb", {"Table1", "Table2", "Table3"}, {"MSysQueries", "MSysObjects"}},
-        Sample{"test2V2003.mdb", {"MSP_PROJECTS"}, {"MSysObjects", "MSysAccessStorage"}},
-        Sample{"testIndexCodesV1997.mdb",
-               {"Table1",      "Table10",          "Table10_desc",     "Table11",
-                "Table12",     "Table12_asc_desc", "Table12_desc_asc", "Table12_desc_desc",
-                "Table13",     "Table13_desc",     "Table14",          "Table14_desc",
-                "Table15",     "Table15_desc",     "Table1_desc",      "Table2",
-                "Table2_desc", "Table3",           "Table3_desc",      "Table4",
-                "Table4_desc", "Table5",           "Table5_desc",      "Table6",
-                "Table6_desc", "Table8",           "Table8_desc",      "Table9",
-                "Table9_desc"},
-               {"MSysObjects"}},
-        Sample{"testIndexPropertiesV2000.mdb",
-               {"TableIgnoreNulls1", "TableIgnoreNulls1_temp", "TableIgnoreNulls2", "TableIgnoreNulls2_temp",
-                "TableUnique1_temp", "TableUnique2_temp"},
-               {"MSysObjects"}},
-        Sample{"testUnicodeCompV2003.mdb", {"Table"}, {"MSysObjects"}}),
+    testing::Values(Sample{"adox_jet4.mdb", {"MSysObjects", "MSysACEs"}},
+                    Sample{"compIndexTestV2000.mdb", {"MSysObjects"}}, Sample{"fixedNumericTestV2000.mdb", {}},
+                    Sample{"indexTestV2000.mdb", {"MSysObjects", "MSysNavPaneGroupCategories"}},
+                    Sample{"linkerTestV2007.accdb", {"MSysObjects", "MSysAccessStorage", "MSysNameMap"}},
+                    Sample{"nwind97.mdb", {"MSysObjects", "MSysQueries"}},
+                    Sample{"overflowTestV2000.mdb", {"MSysObjects"}},
+                    Sample{"queryTestV2000.mdb", {"MSysQueries", "MSysObjects"}},
+                    Sample{"test2V2003.mdb", {"MSysObjects", "MSysAccessStorage"}},
+                    Sample{"testIndexCodesV1997.mdb", {"MSysObjects"}},
+                    Sample{"testIndexPropertiesV2000.mdb", {"MSysObjects"}},
+                    Sample{"testUnicodeCompV2003.mdb", {"MSysObjects"}}),
     [](const auto& sample) {
-        std::string name = sample.param.file;
+        const std::string name = sample.param.file;
         return name.substr(0, name.find('.'));
     });
 

@@ -1,7 +1,5 @@
 #include "tests/providers_access/WriteTest.h"
 
-#include <array>
-#include <cstdio>
 #include <sstream>
 
 namespace varnel::access {
@@ -61,15 +59,6 @@ void Set(TableFile& table, RowId row, const std::vector<std::pair<std::size_t, V
         assigned[position] = true;
     }
     table.Update(row, values, assigned);
-}
-
-std::string OutputOf(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    std::string output;
-    std::array<char, 4096> block;
-    while (const std::size_t count = std::fread(block.data(), 1, block.size(), pipe.get()))
-        output.append(block.data(), count);
-    return output;
 }
 
 }  // namespace varnel::access

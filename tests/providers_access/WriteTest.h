@@ -24,18 +24,21 @@ Value Txt(std::string_view text);
 void Add(TableFile& table, const std::vector<Value>& row);
 /// Sets columns, by position, of a row.
 void Set(TableFile& table, RowId row, const std::vector<std::pair<std::size_t, Value>>& cells);
-/// What a command prints; fails the test when it fails.
-std::string OutputOf(const std::string& command);
 
 /// A new database.
 class WriteTest : public testing::Test {
 protected:
     WriteTest() { CreateBlankDatabase(path_), Reopen(); }
-    void Reopen() { Open(path_); }
-    void Open(const std::string& path) {
+    void Reopen() {
         database_.reset();
-        file_ = OpenPageFile(path, false);
+        file_ = OpenPageFile(path_, false);
         database_ = std::make_unique<AccessDatabase>(file_, AccessOptions());
+    }
+    /// In place of the new database a copy of a sample.
+    void OpenSample(const std::string& name) {
+        database_.reset(), file_.reset();
+        WriteBytes(path_, ReadBytes(SamplePath(name).value()));
+        Reopen();
     }
     /// Fails the test when anything in the file is damaged.
     void Verify() {

@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "platform/Error.h"
 #include "providers/foxpro/Container.h"
 #include "tests/providers_foxpro/IndexTest.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/ErrorOf.h"
 
 namespace varnel::foxpro {
@@ -13,12 +12,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
-
-const std::vector<std::string> kExpenses = {"EXPENSES.DBC",           "EXPENSES.DCT",        "EXPENSES.DCX",
-                                            "employees.dbf",          "employees.FPT",       "expense categories.dbf",
-                                            "expense categories.CDX", "expense details.dbf", "expense details.CDX",
-                                            "expense reports.dbf",    "expense reports.FPT", "expense reports.CDX"};
 
 std::vector<std::string> NamesOf(const TableFile& table) {
     std::vector<std::string> names;
@@ -45,7 +38,6 @@ TEST(Container, ListsTheTablesAndColumnsOfASample) {
         EXPECT_THAT(NamesOf(*table), ElementsAre("expensedetailid", "expensereportid", "expensecategoryid",
                                                  "expenseitemamount", "expenseitemdescription", "expensedate"))
             << name;
-        EXPECT_EQ(table->CountRows(), 6);
         EXPECT_EQ(table->FindColumn("EXPENSECAT"), table->FindColumn("ExpenseCategoryId"));
     }
     EXPECT_THAT(ErrorOf([&] { database.OpenTable("nothing"); }), HasSubstr("does not exist"));
@@ -117,22 +109,15 @@ TEST(Container, AndItsTablesAreOneAfterAKillAtAnyMoment) {
         CreateContainer(prepared.File("shop.dbc"));
         if (drops) FoxProDatabase(prepared.File("shop.dbc")).CreateTable("orders", LongColumns());
         bool ended = false;
-        for (int n = 0; !ended; ++n) {
+        for (int n = 1; !ended; ++n) {
             const TempFolder folder;
             std::filesystem::copy(prepared.Path(), folder.Path(), std::filesystem::copy_options::recursive);
-            const pid_t child = fork();
-            if (child == 0) {
-                int left = n;
-                WatchJournaledFiles([&](JournaledFiles::Moment) {
-                    if (left-- == 0) _exit(1);
-                });
+            const ChildEnd child = InChild([&](const auto&) {
+                EndAtMoment(n);
                 FoxProDatabase database(folder.File("shop.dbc"));
                 drops ? database.DropTable("orders") : database.CreateTable("orders", LongColumns());
-                _exit(0);
-            }
-            int status = 0;
-            waitpid(child, &status, 0);
-            ended = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+            });
+            ended = child.status == 0;
             FoxProDatabase database(folder.File("shop.dbc"));
             const bool isListed = !database.TableNames().empty();
             EXPECT_THAT(CheckContainer(folder.File("shop.dbc")), IsEmpty()) << "killed at step " << n;
@@ -146,15 +131,14 @@ TEST(Container, AndItsTablesAreOneAfterAKillAtAnyMoment) {
 
 TEST(Container, ChecksNameWhatIsWrong) {
     struct Case {
-        const char* name;
         std::size_t record, at;
         std::string bytes, words;
     };
-    const Case cases[] = {{"id", 7, 1, "\x63", "has the id 99"},
-                          {"owner", 7, 5, "\x63", "belongs to object 99"},
-                          {"path", 6, 147, std::string("\xFF\xFF\0\0", 4), "are missing"},
-                          {"flag", 16, 0, "*", "15 columns"},
-                          {"name", 8, 19, "other name", "does not match"}};
+    const Case cases[] = {{7, 1, "\x63", "has the id 99"},
+                          {7, 5, "\x63", "belongs to object 99"},
+                          {6, 147, std::string("\xFF\xFF\0\0", 4), "are missing"},
+                          {16, 0, "*", "15 columns"},
+                          {8, 19, "other name", "is not in it"}};
     for (const Case& each : cases) {
         const TempFolder folder;
         CopySamples(folder, kExpenses);
@@ -163,7 +147,7 @@ TEST(Container, ChecksNameWhatIsWrong) {
         WriteBytes(folder.File("EXPENSES.DBC"), bytes);
         std::string all;
         for (const std::string& fault : CheckContainer(folder.File("EXPENSES.DBC"))) all += fault + "\n";
-        EXPECT_THAT(all, HasSubstr(each.name == std::string("name") ? "is not in it" : each.words)) << each.name;
+        EXPECT_THAT(all, HasSubstr(each.words));
     }
 }
 

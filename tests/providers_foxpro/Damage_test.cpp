@@ -22,15 +22,7 @@ Lines RowsOfBytes(const std::string& bytes, const std::string& memos = "", const
     Lines lines;
     const std::string words = ErrorOf([&] {
         FoxProDatabase database(folder.Write("t.dbf", bytes));
-        const auto table = database.OpenTable("t");
-        std::vector<std::size_t> wanted;
-        for (std::size_t k = 0; k < table->Columns().size(); ++k) wanted.push_back(k);
-        std::vector<Value> row(wanted.size());
-        for (const auto rows = table->Rows(wanted); rows->Next(row);) {
-            std::string line;
-            for (const Value& value : row) line += (&value == row.data() ? "" : "|") + PlainText(value);
-            lines.push_back(line);
-        }
+        AppendRows(lines, *database.OpenTable("t"));
     });
     if (!words.empty()) lines.push_back("!!" + words);
     return lines;

@@ -75,16 +75,22 @@ std::string PlainText(const Value& value) {
     }
 }
 
-Lines RowsOf(TableFile& table) {
+std::string LineOf(const std::vector<Value>& row) {
+    std::string line;
+    for (const Value& value : row) line += (&value == row.data() ? "" : "|") + PlainText(value);
+    return line;
+}
+
+void AppendRows(Lines& lines, TableFile& table) {
     std::vector<std::size_t> wanted(table.Columns().size());
     std::iota(wanted.begin(), wanted.end(), std::size_t{0});
     std::vector<Value> row(wanted.size());
+    for (const auto rows = table.Rows(wanted); rows->Next(row);) lines.push_back(LineOf(row));
+}
+
+Lines RowsOf(TableFile& table) {
     Lines lines;
-    for (const auto rows = table.Rows(wanted); rows->Next(row);) {
-        std::string line;
-        for (const Value& value : row) line += (&value == row.data() ? "" : "|") + PlainText(value);
-        lines.push_back(line);
-    }
+    AppendRows(lines, table);
     return lines;
 }
 
@@ -111,9 +117,7 @@ Lines RowsByReader(const std::string& reader, const std::string& path) {
 }
 
 bool HasReader(const std::string& reader) {
-    const std::string command =
-        reader == "ogr2ogr" ? "ogr2ogr --version" : "/usr/bin/python3 -c 'import " + reader + "'";
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+    return std::system(("/usr/bin/python3 -c 'import " + reader + "' >/dev/null 2>&1").c_str()) == 0;
 }
 
 ColumnDefinition Column(std::string name, std::string typeWord, std::vector<int> arguments, bool notNull) {

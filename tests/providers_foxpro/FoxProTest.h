@@ -17,15 +17,19 @@ std::string SamplePath(std::string_view name);
 /// A value without what readers show differently: no blanks behind a text, no zeros behind decimals, "" for Null, line
 /// ends as \r \n, bytes in hexadecimal, "!words" for a failure.
 std::string PlainText(const Value& value);
-/// A line per row, its columns in order with '|' between.
+/// The columns in order with '|' between.
+std::string LineOf(const std::vector<Value>& row);
+/// A line per row.
 Lines RowsOf(TableFile& table);
+/// The same at the end of lines, as far as they can be read.
+void AppendRows(Lines& lines, TableFile& table);
 /// The rows of a sample's or any other .dbf file.
 Lines RowsOfFile(const std::string& path, DatabaseOptions options = {});
 
 /// "" or the first place where two lists of lines differ.
 std::string Difference(const Lines& ours, const Lines& theirs);
 
-/// The same lines by another program: "dbfread", "dbf" (Python libraries) or "ogr2ogr".
+/// The same lines by another program: the Python library dbfread or dbf.
 Lines RowsByReader(const std::string& reader, const std::string& path);
 bool HasReader(const std::string& reader);
 

@@ -24,6 +24,12 @@ inline void CopySamples(const TempFolder& folder, const std::vector<std::string>
     for (const std::string& name : names) std::filesystem::copy("tests/data/foxpro/" + name, folder.File(name));
 }
 
+/// A container, its tables and their indexes.
+inline const std::vector<std::string> kExpenses = {
+    "EXPENSES.DBC",        "EXPENSES.DCT",           "EXPENSES.DCX",           "employees.dbf",
+    "employees.FPT",       "expense categories.dbf", "expense categories.CDX", "expense details.dbf",
+    "expense details.CDX", "expense reports.dbf",    "expense reports.FPT",    "expense reports.CDX"};
+
 inline CdxTag NewTag(std::string name, std::uint16_t keyLength, std::uint8_t options, std::string keyText,
                      std::string filterText = "") {
     CdxTag tag;

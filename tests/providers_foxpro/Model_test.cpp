@@ -4,16 +4,15 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <map>
 #include <random>
 
 #include "platform/Error.h"
-#include "platform/JournaledFiles.h"
 #include "providers/foxpro/FoxProDatabase.h"
+#include "providers/foxpro/Verify.h"
 #include "tests/providers_foxpro/FoxProTest.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TempFolder.h"
 
@@ -81,12 +80,6 @@ private:
         return text;
     }
 
-    static std::string LineOf(const std::vector<Value>& row) {
-        std::string line;
-        for (const Value& value : row) line += (&value == row.data() ? "" : "|") + PlainText(value);
-        return line;
-    }
-
     void AppendRow() {
         std::vector<Value> row(kColumns);
         for (std::size_t k = 0; k < kColumns; ++k) row[k] = RandomValue(k);
@@ -145,40 +138,8 @@ TEST(FoxProModel, RandomChangesAreSeenAtOnceAndStay) {
             expected = model.Rows();
         }
         ASSERT_EQ(Difference(RowsOfFile(folder.File("t.dbf")), expected), "") << seed;
+        ASSERT_EQ(VerifyTable(folder.File("t.dbf")), Lines{}) << seed;
     }
-}
-
-/// Ends the process at the given moment of the disk's work, after writing a byte per commit point to the pipe.
-[[noreturn]] void RunUntilKilled(const std::string& folder, unsigned seed, int moments, int pipe) {
-    int left = moments;
-    WatchJournaledFiles([&](JournaledFiles::Moment) {
-        if (--left == 0) _exit(9);
-    });
-    Model model(folder, seed);
-    for (int step = 0; step < kKilledSteps; ++step) {
-        model.Step([&] {
-            if (write(pipe, "c", 1) != 1) _exit(1);
-        });
-    }
-    _exit(0);
-}
-
-/// How many commit points a process reached that was killed at this moment.
-std::size_t CommitsOfKilled(const std::string& folder, unsigned seed, int moments, bool& finished) {
-    int ends[2];
-    EXPECT_EQ(pipe(ends), 0);
-    const pid_t child = fork();
-    if (child == 0) RunUntilKilled(folder, seed, moments, ends[1]);
-    close(ends[1]);
-    std::size_t commits = 0;
-    char byte;
-    while (read(ends[0], &byte, 1) == 1) ++commits;
-    close(ends[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) != 1) << status;
-    finished = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    return commits;
 }
 
 TEST(FoxProModel, AKilledProcessLeavesACommitPoint) {
@@ -194,7 +155,13 @@ TEST(FoxProModel, AKilledProcessLeavesACommitPoint) {
         for (int moment = 1; !finished; moment += moment < 20 ? 1 : 11) {
             const TempFolder folder;
             MakeModelTable(folder.Path());
-            const std::size_t commits = CommitsOfKilled(folder.Path(), seed, moment, finished);
+            const ChildEnd child = InChild([&](const auto& tell) {
+                EndAtMoment(moment);
+                Model model(folder.Path(), seed);
+                for (int step = 0; step < kKilledSteps; ++step) model.Step(tell);
+            });
+            finished = child.status == 0;
+            const std::size_t commits = child.told;
             ASSERT_LT(commits, points.size());
             const Lines rows = RowsOfFile(folder.File("t.dbf"));
             const bool isNext = commits + 1 < points.size() && rows == points[commits + 1];

@@ -65,10 +65,7 @@ std::string ExpectedText(const std::string& cell, DataTypeEnum type) {
     }
 }
 
-class ExpectedRows : public testing::TestWithParam<const char*> {};
-
-TEST_P(ExpectedRows, AreTheRowsOfTheFile) {
-    const std::string name = GetParam();
+void ExpectRowsOf(const std::string& name) {
     std::vector<Cells> records = ReadCsv(ReadBytes(SamplePath(name + ".expected.csv")));
     FoxProDatabase database(SamplePath(""));
     const auto table = database.OpenTable(name);
@@ -87,34 +84,22 @@ TEST_P(ExpectedRows, AreTheRowsOfTheFile) {
     EXPECT_EQ(RowsOfFile(SamplePath(name + ".dbf"), all).size(), records.size() - 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, ExpectedRows,
-                         testing::Values("expense reports", "expense details", "cp1251", "suppliers", "dbase_8b",
-                                         "TEST"),
-                         [](const auto& row) {
-                             std::string name = row.param;
-                             std::replace(name.begin(), name.end(), ' ', '_');
-                             return name;
-                         });
-
-class OtherReader : public testing::TestWithParam<const char*> {};
-
-TEST_P(OtherReader, SeesTheSameRows) {
-    if (!HasReader("dbfread")) GTEST_SKIP() << "python3-dbfread is not installed";
-    const std::string path = SamplePath(GetParam());
-    const Lines rows = RowsOfFile(path);
-    EXPECT_FALSE(rows.empty());
-    EXPECT_EQ(Difference(rows, RowsByReader("dbfread", path)), "");
+TEST(FoxProSamples, HoldTheRowsOnWhichOtherProgramsAgree) {
+    for (const char* name : {"expense reports", "expense details", "cp1251", "suppliers", "dbase_8b", "TEST"}) {
+        SCOPED_TRACE(name);
+        ExpectRowsOf(name);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, OtherReader,
-                         testing::Values("dbase_03.dbf", "dbase_83.dbf", "dbase_f5.dbf", "employees.dbf",
-                                         "expense categories.dbf", "expense details.dbf", "expense reports.dbf"),
-                         [](const auto& row) {
-                             std::string name = row.param;
-                             std::replace_if(
-                                 name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
-                             return name;
-                         });
+TEST(FoxProSamples, HoldTheRowsOfAnotherReader) {
+    if (!HasReader("dbfread")) GTEST_SKIP() << "python3-dbfread is not installed";
+    for (const char* name :
+         {"dbase_03.dbf", "dbase_83.dbf", "dbase_f5.dbf", "employees.dbf", "expense categories.dbf"}) {
+        const Lines rows = RowsOfFile(SamplePath(name));
+        EXPECT_FALSE(rows.empty()) << name;
+        EXPECT_EQ(Difference(rows, RowsByReader("dbfread", SamplePath(name))), "") << name;
+    }
+}
 
 }  // namespace
 }  // namespace varnel::foxpro

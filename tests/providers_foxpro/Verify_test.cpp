@@ -59,24 +59,5 @@ TEST(FoxProVerify, MemosLieInTheFileAndBesideOneAnother) {
                             "record 1"));
 }
 
-TEST(FoxProVerify, WhatWeWriteIsWhole) {
-    const TempFolder folder;
-    FoxProDatabase database(folder.Path());
-    database.CreateTable(
-        "w", {{Column("id", "I AUTOINC"), Column("v", "V", {5}), Column("m", "M"), Column("n", "N", {9, 3})}});
-    const auto table = database.OpenTable("w");
-    for (int k = 0; k < 500; ++k) {
-        const std::string memo(static_cast<std::size_t>(k), 'm');
-        table->Append(std::vector<Value>{Value(), Value::OfText("ab"), Value::OfText(memo), Value::OfInteger(k)},
-                      {false, true, true, k % 2 == 0});
-        if (k % 5 == 0)
-            table->Update(k + 1, std::vector<Value>{Value(), Value(), Value::OfText(memo + memo), Value()},
-                          {false, true, true, false});
-        if (k % 7 == 0) table->Delete(k + 1);
-    }
-    table->Commit();
-    EXPECT_THAT(VerifyTable(folder.File("W.dbf")), ElementsAre());
-}
-
 }  // namespace
 }  // namespace varnel::foxpro

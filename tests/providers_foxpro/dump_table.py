@@ -1,5 +1,5 @@
-# Prints a table's live rows as the tests write them. Usage: dump_table.py dbfread|dbf|ogr2ogr file.dbf
-import csv, datetime, decimal, io, subprocess, sys
+# Prints a table's live rows as the tests write them. Usage: dump_table.py dbfread|dbf file.dbf
+import datetime, decimal, sys
 
 
 def number(value):
@@ -46,13 +46,6 @@ def rows_of_dbf(path):
             continue
         known = (bool, int, float, decimal.Decimal, datetime.date, bytes, str)
         yield [plain(v, "") if isinstance(v, known) else "" for v in record]
-
-
-def rows_of_ogr2ogr(path):
-    out = subprocess.run(["ogr2ogr", "-f", "CSV", "/vsistdout/", path], capture_output=True, check=True).stdout
-    rows = list(csv.reader(io.StringIO(out.decode("utf-8"), newline="")))
-    for row in rows[1:]:
-        yield [plain(v, "") for v in row]
 
 
 for row in globals()["rows_of_" + sys.argv[1]](sys.argv[2]):

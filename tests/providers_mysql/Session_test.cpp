@@ -6,17 +6,7 @@
 namespace varnel {
 namespace {
 
-class MySqlLogIns : public MySqlTest {
-protected:
-    static ErrorKind KindOf(ProviderSession& session, const std::string& statement) {
-        try {
-            session.Execute(statement);
-        } catch (const Error& error) {
-            return error.kind;
-        }
-        return ErrorKind::Misuse;
-    }
-};
+class MySqlLogIns : public MySqlTest {};
 
 TEST_F(MySqlLogIns, FailuresSayWhatTheServerSaysButNoPassword) {
     const std::string port = "PORT=" + std::to_string(Server().Port());
@@ -72,19 +62,19 @@ TEST_F(MySqlLogIns, KeepALongQuietStreamAlive) {
 TEST_F(MySqlLogIns, StatementFailuresHaveTheServersWordsAndAKind) {
     const auto session = LogIn();
     session->Execute("CREATE OR REPLACE TABLE keyed (id INT PRIMARY KEY)");
-    EXPECT_EQ(ErrorText([&] { session->Execute("SELECT * FROM no_such"); }), "Table 'shop.no_such' doesn't exist");
-    EXPECT_EQ(ErrorText([&] { session->Query("SELECT * FROM no_such"); }), "Table 'shop.no_such' doesn't exist");
-    EXPECT_EQ(ErrorText([&] { session->Execute("DROP TABLE no_such"); }), "Unknown table 'shop.no_such'");
-    EXPECT_EQ(KindOf(*session, "SELEKT 1"), ErrorKind::Syntax);
-    EXPECT_EQ(KindOf(*session, "INSERT INTO keyed VALUES (1),(1)"), ErrorKind::Constraint);
-    EXPECT_NE(ErrorText([&] { session->Query("SELECT ? FROM keyed"); }).find("SQL syntax"), std::string::npos);
+    EXPECT_EQ(ErrorOf([&] { session->Execute("SELECT * FROM no_such"); }), "Table 'shop.no_such' doesn't exist");
+    EXPECT_EQ(ErrorOf([&] { session->Query("SELECT * FROM no_such"); }), "Table 'shop.no_such' doesn't exist");
+    EXPECT_EQ(ErrorOf([&] { session->Execute("DROP TABLE no_such"); }), "Unknown table 'shop.no_such'");
+    EXPECT_EQ(KindOf([&] { session->Execute("SELEKT 1"); }), ErrorKind::Syntax);
+    EXPECT_EQ(KindOf([&] { session->Execute("INSERT INTO keyed VALUES (1),(1)"); }), ErrorKind::Constraint);
+    EXPECT_NE(ErrorOf([&] { session->Query("SELECT ? FROM keyed"); }).find("SQL syntax"), std::string::npos);
     EXPECT_TRUE(session->Alive());
 }
 
 TEST_F(MySqlLogIns, LocalFilesAreNeverSent) {
     const auto session = LogIn();
     session->Execute("CREATE OR REPLACE TABLE files (t TEXT)");
-    EXPECT_NE(ErrorText([&] { session->Execute("LOAD DATA LOCAL INFILE '/etc/hostname' INTO TABLE files"); }), "");
+    EXPECT_NE(ErrorOf([&] { session->Execute("LOAD DATA LOCAL INFILE '/etc/hostname' INTO TABLE files"); }), "");
     EXPECT_EQ(Server().Ask("SELECT COUNT(*) FROM shop.files"), "0");
 }
 
@@ -117,21 +107,13 @@ TEST_F(MySqlLogIns, AKilledServerIsALostConnection) {
         appender->Append(Row{Value::OfInteger(k)}, {true});
     }
     Server().Kill();
-    const auto kind = [](auto&& action) {
-        try {
-            action();
-        } catch (const Error& error) {
-            return error.kind;
-        }
-        return ErrorKind::Misuse;
-    };
-    EXPECT_EQ(kind([&] {
+    EXPECT_EQ(KindOf([&] {
                   while (reader->Next(row)) {
                   }
               }),
               ErrorKind::Connection);
-    EXPECT_EQ(kind([&] { appender->Append(Row{Value::OfInteger(101)}, {true}); }), ErrorKind::Connection);
-    EXPECT_EQ(kind([&] { writing->Execute("INSERT INTO survivors VALUES (102)"); }), ErrorKind::Connection);
+    EXPECT_EQ(KindOf([&] { appender->Append(Row{Value::OfInteger(101)}, {true}); }), ErrorKind::Connection);
+    EXPECT_EQ(KindOf([&] { writing->Execute("INSERT INTO survivors VALUES (102)"); }), ErrorKind::Connection);
     EXPECT_FALSE(idle->Alive());
     for (const auto* session : {&reading, &writing}) EXPECT_FALSE((*session)->Reset());
     Server().Start();

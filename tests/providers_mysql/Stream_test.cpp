@@ -48,13 +48,13 @@ TEST_F(MySqlStream, ASmallRestIsReadAndALargeOneEndsTheConnection) {
     EXPECT_TRUE(session->Query(std::string(kManyRows) + "10000000")->Next(row));
     EXPECT_FALSE(session->Reset());
     EXPECT_FALSE(session->Alive());
-    EXPECT_NE(ErrorText([&] { session->Execute("DO 1"); }), "");
+    EXPECT_NE(ErrorOf([&] { session->Execute("DO 1"); }), "");
 }
 
 TEST_F(MySqlStream, NothingElseRunsWhileRowsAreRead) {
     const auto session = LogIn();
     const auto reader = session->Query(std::string(kManyRows) + "100");
-    EXPECT_NE(ErrorText([&] { session->Query("SELECT 1"); }), "");
+    EXPECT_NE(ErrorOf([&] { session->Query("SELECT 1"); }), "");
     EXPECT_FALSE(session->Alive());
     Row row(3);
     int rows = 0;
@@ -96,7 +96,7 @@ TEST_F(MySqlStream, AnErrorAmongTheRowsIsRaised) {
     const auto session = LogIn();
     const auto reader = session->Query("SELECT IF(seq < 5000, seq, (SELECT 1 UNION SELECT 2)) FROM seq_1_to_10000");
     Row row(1);
-    const std::string text = ErrorText([&] {
+    const std::string text = ErrorOf([&] {
         while (reader->Next(row)) {
         }
     });

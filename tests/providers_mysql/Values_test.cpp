@@ -10,48 +10,34 @@ struct TypeCase {
     const char* declared;
     DataTypeEnum type;
     std::int64_t size;
-    int precision, scale;
+    int precision = kNotStated, scale = kNotStated;
 };
 
-constexpr TypeCase kTypes[] = {
-    {"TINYINT", adTinyInt, 1, 3, 255},
-    {"TINYINT(1)", adTinyInt, 1, 3, 255},
-    {"TINYINT UNSIGNED", adUnsignedTinyInt, 1, 3, 255},
-    {"SMALLINT", adSmallInt, 2, 5, 255},
-    {"SMALLINT UNSIGNED", adUnsignedSmallInt, 2, 5, 255},
-    {"YEAR", adSmallInt, 2, 5, 255},
-    {"MEDIUMINT", adInteger, 4, 10, 255},
-    {"INT", adInteger, 4, 10, 255},
-    {"INT UNSIGNED", adUnsignedInt, 4, 10, 255},
-    {"BIGINT", adBigInt, 8, 19, 255},
-    {"BIGINT UNSIGNED", adUnsignedBigInt, 8, 20, 255},
-    {"FLOAT", adSingle, 4, 7, 255},
-    {"DOUBLE", adDouble, 8, 15, 255},
-    {"DECIMAL(12,4)", adNumeric, 19, 12, 4},
-    {"DECIMAL(38,0) UNSIGNED", adNumeric, 19, 38, 0},
-    {"DATE", adDBDate, 6, 255, 255},
-    {"TIME", adDBTime, 6, 255, 255},
-    {"DATETIME(6)", adDBTimeStamp, 16, 255, 255},
-    {"TIMESTAMP NULL", adDBTimeStamp, 16, 255, 255},
-    {"CHAR(10)", adChar, 10, 255, 255},
-    {"VARCHAR(50)", adVarChar, 50, 255, 255},
-    {"VARCHAR(50) CHARACTER SET latin1", adVarChar, 50, 255, 255},
-    {"ENUM('small','large')", adChar, 5, 255, 255},
-    {"SET('a','b')", adChar, 3, 255, 255},
-    {"TINYTEXT", adLongVarChar, 255, 255, 255},
-    {"TEXT", adLongVarChar, 65535, 255, 255},
-    {"MEDIUMTEXT", adLongVarChar, 16777215, 255, 255},
-    {"LONGTEXT", adLongVarChar, 2147483647, 255, 255},
-    {"JSON", adLongVarChar, 2147483647, 255, 255},
-    {"BINARY(4)", adBinary, 4, 255, 255},
-    {"VARBINARY(20)", adVarBinary, 20, 255, 255},
-    {"TINYBLOB", adLongVarBinary, 255, 255, 255},
-    {"BLOB", adLongVarBinary, 65535, 255, 255},
-    {"LONGBLOB", adLongVarBinary, 2147483647, 255, 255},
-    {"GEOMETRY", adLongVarBinary, 2147483647, 255, 255},
-    {"BIT(1)", adBoolean, 2, 255, 255},
-    {"BIT(12)", adBinary, 2, 255, 255},
-};
+constexpr TypeCase kTypes[] = {{"TINYINT", adTinyInt, 1, 3},
+                               {"TINYINT UNSIGNED", adUnsignedTinyInt, 1, 3},
+                               {"SMALLINT", adSmallInt, 2, 5},
+                               {"SMALLINT UNSIGNED", adUnsignedSmallInt, 2, 5},
+                               {"YEAR", adSmallInt, 2, 5},
+                               {"MEDIUMINT", adInteger, 4, 10},
+                               {"INT", adInteger, 4, 10},
+                               {"INT UNSIGNED", adUnsignedInt, 4, 10},
+                               {"BIGINT", adBigInt, 8, 19},
+                               {"BIGINT UNSIGNED", adUnsignedBigInt, 8, 20},
+                               {"FLOAT", adSingle, 4, 7},
+                               {"DOUBLE", adDouble, 8, 15},
+                               {"DATE", adDBDate, 6},
+                               {"TIME", adDBTime, 6},
+                               {"DATETIME(6)", adDBTimeStamp, 16},
+                               {"VARCHAR(50)", adVarChar, 50},
+                               {"SET('a','b')", adChar, 3},
+                               {"TEXT", adLongVarChar, 65535},
+                               {"LONGTEXT", adLongVarChar, 2147483647},
+                               {"JSON", adLongVarChar, 2147483647},
+                               {"BINARY(4)", adBinary, 4},
+                               {"BLOB", adLongVarBinary, 65535},
+                               {"GEOMETRY", adLongVarBinary, 2147483647},
+                               {"BIT(1)", adBoolean, 2},
+                               {"BIT(12)", adBinary, 2}};
 
 class MySqlValues : public MySqlTest {};
 
@@ -87,26 +73,18 @@ struct ValueCase {
 constexpr ValueCase kValues[] = {
     {"TINYINT", "-128", "Integer -128"},
     {"TINYINT UNSIGNED", "255", "Integer 255"},
-    {"SMALLINT UNSIGNED", "65535", "Integer 65535"},
-    {"YEAR", "2003", "Integer 2003"},
-    {"MEDIUMINT", "-8388608", "Integer -8388608"},
-    {"INT", "-2147483648", "Integer -2147483648"},
     {"INT UNSIGNED ZEROFILL", "42", "Integer 42"},
     {"INT UNSIGNED", "4294967295", "Integer 4294967295"},
-    {"BIGINT", "-9223372036854775808", "Integer -9223372036854775808"},
     {"BIGINT UNSIGNED", "18446744073709551615", "Decimal 18446744073709551615"},
     {"DOUBLE", "0.1e0 + 0.2e0", "Double 0.30000000000000004"},
     {"DOUBLE", "1.7976931348623157e308", "Double 1.7976931348623157E+308"},
-    {"DOUBLE", "-2.5E-7", "Double -2.5E-07"},
     {"FLOAT", "16777217", "Single 16777216"},
-    {"FLOAT", "0.1", "Single 0.1"},
     {"FLOAT", "1234567.9", "Single 1234567.9"},
     {"DECIMAL(12,4)", "-12345678.5", "Decimal -12345678.5"},
     {"DECIMAL(38,10)", "-1234567890123456789012345678.0123456789", "Decimal -1234567890123456789012345678.0123456789"},
     {"DECIMAL(65,30)", "12345678901.5", "Decimal 12345678901.5"},
     {"DECIMAL(65,0)", "123456789012345678901234567890123456789",
      "Failure The number 123456789012345678901234567890123456789 in column 'v' has more than 38 digits"},
-    {"DATE", "'2003-07-15'", "DateTime 2003-07-15 00:00:00"},
     {"DATE", "'0001-01-01'", "DateTime 0001-01-01 00:00:00"},
     {"DATE", "'9999-12-31'", "DateTime 9999-12-31 00:00:00"},
     {"DATE", "'0000-00-00'", "Null"},
@@ -115,17 +93,14 @@ constexpr ValueCase kValues[] = {
     {"DATETIME", "'2003-07-15-13-05-09'", "DateTime 2003-07-15 13:05:09"},
     {"DATETIME", "'0000-00-00 00:00:00'", "Null"},
     {"TIMESTAMP NULL", "'2003-07-15 13:05:09'", "DateTime 2003-07-15 13:05:09"},
-    {"TIME", "'23:59:59'", "DateTime 1899-12-30 23:59:59"},
     {"TIME(6)", "'00:00:00.000001'", "DateTime 1899-12-30 00:00:00.000001"},
     {"TIME", "'24:00:00'", "Failure The time 24:00:00 in column 'v' is not a time of day"},
     {"TIME", "'-800:00:01'", "Failure The time -800:00:01 in column 'v' is not a time of day"},
     {"CHAR(10)", "'ab'", "Text ab"},
     {"VARCHAR(50)", "''", "Text "},
-    {"VARCHAR(50)", "'O''Brien'", "Text O'Brien"},
     {"VARCHAR(50)", "'a\\\\b'", "Text a\\b"},
     {"VARCHAR(50)", "'grün 😀 漢'", "Text grün 😀 漢"},
     {"VARCHAR(50) CHARACTER SET latin1", "'grün'", "Text grün"},
-    {"VARCHAR(50)", "NULL", "Null"},
     {"ENUM('small','large')", "'large'", "Text large"},
     {"SET('a','b')", "'a,b'", "Text a,b"},
     {"TEXT", "'a\r\nb\tc'", "Text a\r\nb\tc"},
@@ -134,7 +109,6 @@ constexpr ValueCase kValues[] = {
     {"VARBINARY(20)", "x'00FF5C27'", "Bytes 00FF5C27"},
     {"BLOB", "x''", "Bytes "},
     {"BIT(1)", "b'1'", "Boolean True"},
-    {"BIT(1)", "b'0'", "Boolean False"},
     {"BIT(12)", "b'101000000001'", "Bytes 0A01"},
     {"GEOMETRY", "ST_GeomFromText('POINT(1 2)')", "Bytes 000000000101000000000000000000F03F0000000000000040"},
 };
@@ -183,16 +157,6 @@ TEST_F(MySqlValues, OptionsChangeHowColumnsAreRead) {
     EXPECT_EQ(Shown(row[1]), "Integer 5000000000");
     ASSERT_TRUE(reader->Next(row));
     EXPECT_EQ(Shown(row[0]), "DateTime 0100-01-01 00:00:00");
-}
-
-TEST_F(MySqlValues, CountsAreBigIntegers) {
-    const auto session = LogIn();
-    const auto reader = session->Query("select count(*) from information_schema.tables where 1 = 0;");
-    EXPECT_EQ(reader->Columns().at(0).type, adBigInt);
-    Row row(1);
-    ASSERT_TRUE(reader->Next(row));
-    EXPECT_EQ(row[0].AsInteger(), 0);
-    EXPECT_FALSE(reader->Next(row));
 }
 
 }  // namespace

@@ -42,9 +42,9 @@ TEST_F(MySqlWriting, ValuesThatDoNotFitAreRefused) {
     const auto session = LogIn("INITSTMT={SET sql_mode=''}");
     for (const char* values : {"(name) VALUES ('longer than ten')", "(n) VALUES (128)", "(n) VALUES ('T')",
                                "(d) VALUES ('2003-02-30-13-05-09')", "(id, name) VALUES (900, 'ok'), (900, 'again')"}) {
-        EXPECT_NE(ErrorText([&] { session->Execute("INSERT INTO w " + std::string(values)); }), "") << values;
-        EXPECT_NE(ErrorText([&] { session->Execute("REPLACE INTO w " + std::string(values) + ", (1, 2, 3)"); }), "");
-        EXPECT_NE(ErrorText([&] { session->Prepare("INSERT INTO w " + std::string(values), {})->Execute({}); }), "")
+        EXPECT_NE(ErrorOf([&] { session->Execute("INSERT INTO w " + std::string(values)); }), "") << values;
+        EXPECT_NE(ErrorOf([&] { session->Execute("REPLACE INTO w " + std::string(values) + ", (1, 2, 3)"); }), "");
+        EXPECT_NE(ErrorOf([&] { session->Prepare("INSERT INTO w " + std::string(values), {})->Execute({}); }), "")
             << values;
     }
     EXPECT_EQ(Server().Ask("SELECT COUNT(*) FROM shop.w"), "0");
@@ -80,8 +80,8 @@ TEST_F(MySqlWriting, ARunOfInsertsCostsNoFurtherRoundTrips) {
 TEST_F(MySqlWriting, OneStatementAtATime) {
     const auto session = LogIn();
     const std::string two = "INSERT INTO w (name) VALUES ('a'); INSERT INTO w (name) VALUES ('b')";
-    EXPECT_NE(ErrorText([&] { session->Execute(two); }), "");
-    EXPECT_NE(ErrorText([&] { session->Query("SELECT 1; SELECT 2"); }), "");
+    EXPECT_NE(ErrorOf([&] { session->Execute(two); }), "");
+    EXPECT_NE(ErrorOf([&] { session->Query("SELECT 1; SELECT 2"); }), "");
     EXPECT_EQ(Server().Ask("SELECT COUNT(*) FROM shop.w"), "0");
     session->Execute("INSERT INTO w\r(name) VALUES ('a')\r;");
     EXPECT_EQ(Server().Ask("SELECT COUNT(*) FROM shop.w"), "1");

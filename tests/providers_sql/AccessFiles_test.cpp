@@ -58,44 +58,6 @@ TEST_F(AccessFilesTest, AskForTheDatabasesPassword) {
               "'" + encrypted + "' is an encrypted Access file, which cannot be read");
 }
 
-TEST_F(AccessFilesTest, HaveTheTypesOfTheirTypeWords) {
-    const struct {
-        const char* word;
-        DataTypeEnum type;
-        std::int64_t size;
-    } cases[] = {{"Text(50)", adVarWChar, 50},
-                 {"Text", adLongVarWChar, 536870910},
-                 {"Memo", adLongVarWChar, 536870910},
-                 {"Long", adInteger, 4},
-                 {"Integer", adInteger, 4},
-                 {"Short", adSmallInt, 2},
-                 {"SmallInt", adSmallInt, 2},
-                 {"Byte", adUnsignedTinyInt, 1},
-                 {"Single", adSingle, 4},
-                 {"Double", adDouble, 8},
-                 {"Currency", adCurrency, 8},
-                 {"DateTime", adDate, 8},
-                 {"yesno", adBoolean, 2},
-                 {"Boolean", adBoolean, 2},
-                 {"OLEOBJECT", adLongVarBinary, 1073741823},
-                 {"VarBinary(30)", adVarBinary, 30},
-                 {"Decimal(18,4)", adNumeric, 19},
-                 {"Guid", adGUID, 16},
-                 {"Counter", adInteger, 4}};
-    std::string statement;
-    for (const auto& one : cases)
-        statement += (statement.empty() ? "CREATE TABLE [all types] ([c " : ",[c ") + std::to_string(&one - cases) +
-                     "] " + one.word;
-    session_->Execute(statement + ")");
-    const auto rows = session_->Query("SELECT * FROM [all types]");
-    ASSERT_EQ(rows->Columns().size(), std::size(cases));
-    for (const auto& one : cases) {
-        const ColumnInfo& column = rows->Columns()[static_cast<std::size_t>(&one - cases)];
-        EXPECT_EQ(column.type, one.type) << one.word;
-        EXPECT_EQ(column.definedSize, one.size) << one.word;
-    }
-}
-
 /// A refused row takes the whole statement back, but not what was written before it.
 TEST_F(AccessFilesTest, KeepAStatementWholeOrNotAtAll) {
     MakeNumbers();

@@ -9,85 +9,58 @@ namespace {
 
 constexpr std::int64_t kMemo = 536'870'910, kLongBinary = 1'073'741'823;
 
-struct WordCase {
-    const char* word;
+struct TypeCase {
     DataTypeEnum type;
     std::int64_t size;
-    int precision = kNotStated;
-    int scale = kNotStated;
-};
-
-constexpr WordCase kWords[] = {
-    {"Long", adInteger, 4, 10},
-    {"Integer", adInteger, 4, 10},
-    {"Int", adInteger, 4, 10},
-    {"int(11)", adInteger, 4, 10},
-    {"Short", adSmallInt, 2, 5},
-    {"SmallInt", adSmallInt, 2, 5},
-    {"Byte", adUnsignedTinyInt, 1, 3},
-    {"TinyInt", adUnsignedTinyInt, 1, 3},
-    {"BigInt", adBigInt, 8, 19},
-    {"Single", adSingle, 4, 7},
-    {"real", adSingle, 4, 7},
-    {"Double", adDouble, 8, 15},
-    {"float", adDouble, 8, 15},
-    {"Double Precision", adDouble, 8, 15},
-    {"Currency", adCurrency, 8, 19},
-    {"money", adCurrency, 8, 19},
-    {"Y", adCurrency, 8, 19},
-    {"yesno", adBoolean, 2},
-    {"Boolean", adBoolean, 2},
-    {"Bool", adBoolean, 2},
-    {"bit", adBoolean, 2},
-    {"Logical", adBoolean, 2},
-    {"DateTime", adDate, 8},
-    {"Date", adDate, 8},
-    {"Timestamp", adDBTimeStamp, 16},
-    {"Text(50)", adVarWChar, 50},
-    {"Text", adLongVarWChar, kMemo},
-    {"Varchar", adVarWChar, 255},
-    {"Varchar2(20)", adVarWChar, 20},
-    {"nvarchar(max)", adVarWChar, 255},
-    {"Char(3)", adWChar, 3},
-    {"Character(254)", adWChar, 254},
-    {"nchar(2)", adWChar, 2},
-    {"Memo", adLongVarWChar, kMemo},
-    {"LongText", adLongVarWChar, kMemo},
-    {"Note", adLongVarWChar, kMemo},
-    {"CLOB", adLongVarWChar, kMemo},
-    {"ntext", adLongVarWChar, kMemo},
-    {"MediumText", adLongVarWChar, kMemo},
-    {"Binary(16)", adVarBinary, 16},
-    {"varbinary(8)", adVarBinary, 8},
-    {"Raw(4)", adVarBinary, 4},
-    {"OLEOBJECT", adLongVarBinary, kLongBinary},
-    {"LongBinary", adLongVarBinary, kLongBinary},
-    {"image", adLongVarBinary, kLongBinary},
-    {"BLOB", adLongVarBinary, kLongBinary},
-    {"General", adLongVarBinary, kLongBinary},
-    {"Decimal(10,2)", adNumeric, 19, 10, 2},
-    {"Numeric", adNumeric, 19, 18, 0},
-    {"decimal(9)", adNumeric, 19, 9, 0},
-    {"Number(12,3)", adNumeric, 19, 12, 3},
-    {"Number", adVarNumeric, 38, 38},
-    {"GUID", adGUID, 16},
-    {"uniqueidentifier", adGUID, 16},
-    {"Counter", adInteger, 4, 10},
+    int precision, scale;
+    std::vector<const char*> words;
 };
 
 TEST(DeclaredTypes, EveryWordOfANewTableIsItsTypeAgainWhenRead) {
-    for (const WordCase& one : kWords) {
-        SqlTestDatabase database;
-        const std::string statement = std::string("Create Table [T] (\r [ID] ") + one.word + "\r)";
-        ASSERT_EQ(ErrorOf([&] { database.Run(statement); }), "") << one.word;
-        const auto rows = database.Session().Query("SELECT [ID] FROM [T]");
-        const ColumnInfo& column = rows->Columns().at(0);
-        EXPECT_EQ(column.name, "ID") << one.word;
-        EXPECT_EQ(column.type, one.type) << one.word;
-        EXPECT_EQ(column.definedSize, one.size) << one.word;
-        EXPECT_EQ(column.precision, one.precision) << one.word;
-        EXPECT_EQ(column.numericScale, one.scale) << one.word;
-    }
+    const TypeCase cases[] = {
+        {adInteger, 4, 10, kNotStated, {"Long", "Integer", "Int", "int(11)", "Counter"}},
+        {adSmallInt, 2, 5, kNotStated, {"Short", "SmallInt"}},
+        {adUnsignedTinyInt, 1, 3, kNotStated, {"Byte", "TinyInt"}},
+        {adBigInt, 8, 19, kNotStated, {"BigInt"}},
+        {adSingle, 4, 7, kNotStated, {"Single", "real"}},
+        {adDouble, 8, 15, kNotStated, {"Double", "float", "Double Precision"}},
+        {adCurrency, 8, 19, kNotStated, {"Currency", "money", "Y"}},
+        {adBoolean, 2, kNotStated, kNotStated, {"yesno", "Boolean", "Bool", "bit", "Logical"}},
+        {adDate, 8, kNotStated, kNotStated, {"DateTime", "Date"}},
+        {adDBTimeStamp, 16, kNotStated, kNotStated, {"Timestamp"}},
+        {adVarWChar, 50, kNotStated, kNotStated, {"Text(50)"}},
+        {adLongVarWChar,
+         kMemo,
+         kNotStated,
+         kNotStated,
+         {"Text", "Memo", "LongText", "Note", "CLOB", "ntext", "MediumText"}},
+        {adVarWChar, 255, kNotStated, kNotStated, {"Varchar", "nvarchar(max)"}},
+        {adVarWChar, 20, kNotStated, kNotStated, {"Varchar2(20)"}},
+        {adWChar, 3, kNotStated, kNotStated, {"Char(3)"}},
+        {adWChar, 254, kNotStated, kNotStated, {"Character(254)"}},
+        {adWChar, 2, kNotStated, kNotStated, {"nchar(2)"}},
+        {adVarBinary, 16, kNotStated, kNotStated, {"Binary(16)"}},
+        {adVarBinary, 8, kNotStated, kNotStated, {"varbinary(8)"}},
+        {adVarBinary, 4, kNotStated, kNotStated, {"Raw(4)"}},
+        {adLongVarBinary, kLongBinary, kNotStated, kNotStated, {"OLEOBJECT", "LongBinary", "image", "BLOB", "General"}},
+        {adNumeric, 19, 10, 2, {"Decimal(10,2)"}},
+        {adNumeric, 19, 18, 0, {"Numeric"}},
+        {adNumeric, 19, 9, 0, {"decimal(9)"}},
+        {adNumeric, 19, 12, 3, {"Number(12,3)"}},
+        {adVarNumeric, 38, 38, kNotStated, {"Number"}},
+        {adGUID, 16, kNotStated, kNotStated, {"GUID", "uniqueidentifier"}}};
+    for (const TypeCase& one : cases)
+        for (const std::string word : one.words) {
+            SqlTestDatabase database;
+            ASSERT_EQ(ErrorOf([&] { database.Run("Create Table [T] (\r [ID] " + word + "\r)"); }), "") << word;
+            const auto rows = database.Session().Query("SELECT [ID] FROM [T]");
+            const ColumnInfo& column = rows->Columns().at(0);
+            EXPECT_EQ(column.name, "ID") << word;
+            EXPECT_EQ(column.type, one.type) << word;
+            EXPECT_EQ(column.definedSize, one.size) << word;
+            EXPECT_EQ(column.precision, one.precision) << word;
+            EXPECT_EQ(column.numericScale, one.scale) << word;
+        }
 }
 
 TEST(DeclaredTypes, AnUnknownWordIsNamed) {

@@ -13,14 +13,20 @@ namespace varnel {
 namespace {
 
 Value Real(double number) {
-    Value value;
-    value.SetDouble(number);
-    return value;
+    return Value::OfDouble(number);
 }
 Value Small(float number) {
-    Value value;
-    value.SetSingle(number);
-    return value;
+    return Value::OfSingle(number);
+}
+std::vector<Value> Texts(const std::vector<std::string>& texts) {
+    std::vector<Value> values(1);
+    for (const std::string& text : texts) values.push_back(Value::OfText(text));
+    return values;
+}
+std::vector<Value> Decimals(const std::vector<const char*>& numbers) {
+    std::vector<Value> values(1);
+    for (const char* number : numbers) values.push_back(Value::OfDecimal(number));
+    return values;
 }
 Value Moment(int year, int month, int day, int hour = 0, int minute = 0, int second = 0, int micros = 0) {
     return Value::OfDateTime(FromCivil({year, month, day, hour, minute, second, micros}));
@@ -33,32 +39,13 @@ struct RoundTrip {
 
 std::vector<RoundTrip> RoundTrips() {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const std::string nul("a\0b", 3);
-    const std::vector<Value> texts = {Value::OfText(""),
-                                      Value::OfText("00123"),
-                                      Value::OfText("1e5"),
-                                      Value::OfText(" 12 "),
-                                      Value::OfText("-0.50"),
-                                      Value::OfText("12345678901234567890"),
-                                      Value::OfText("line\r\nnext\t"),
-                                      Value::OfText(nul),
-                                      Value::OfText("'\"[]`"),
-                                      Value::OfText("\xE2\x82\xAC \xD0\x96 \xF0\x9F\x98\x80"),
-                                      Value::OfText("2026-11-18"),
-                                      Value::OfText("{d}"),
-                                      Value()};
-    const std::vector<Value> decimals = {Value::OfDecimal("0"),
-                                         Value::OfDecimal("0.1"),
-                                         Value::OfDecimal("-0.1"),
-                                         Value::OfDecimal("123456789012.345"),
-                                         Value::OfDecimal("1234567890123456"),
-                                         Value::OfDecimal("1234567890.123456"),
-                                         Value::OfDecimal("9223372036854775807"),
-                                         Value::OfDecimal("9223372036854775808"),
-                                         Value::OfDecimal("-99999999999999999999999999999999999999"),
-                                         Value::OfDecimal("0.00000000000000000000000000000000000001"),
-                                         Value::OfDecimal("1234567890123456789.0123456789012345678"),
-                                         Value()};
+    const std::vector<Value> texts =
+        Texts({"", "00123", "1e5", " 12 ", "-0.50", "12345678901234567890", "line\r\nnext\t", std::string("a\0b", 3),
+               "'\"[]`", "€ Ж 😀", "2026-11-18", "{d}"});
+    const std::vector<Value> decimals =
+        Decimals({"0", "0.1", "-0.1", "123456789012.345", "1234567890123456", "1234567890.123456",
+                  "9223372036854775807", "9223372036854775808", "-99999999999999999999999999999999999999",
+                  "0.00000000000000000000000000000000000001", "1234567890123456789.0123456789012345678"});
     return {
         {"BigInt", {Value::OfInteger(INT64_MAX), Value::OfInteger(INT64_MIN), Value::OfInteger(0), Value()}},
         {"Long", {Value::OfInteger(INT32_MIN), Value::OfInteger(INT32_MAX)}},
@@ -82,10 +69,7 @@ std::vector<RoundTrip> RoundTrips() {
         {"Text(50)", texts},
         {"Memo", texts},
         {"Varchar2(20)", texts},
-        {"ntext", texts},
-        {"Character(9)", texts},
         {"String(9)", texts},
-        {"Note", texts},
         {"OleObject",
          {Value::OfBytes(std::string("\0\xFF\x80"
                                      "12",
@@ -124,10 +108,11 @@ TEST(Fidelity, ValuesOfNewTablesComeBackEqual) {
 
 TEST(Fidelity, ValuesOfForeignTablesComeBackEqual) {
     // As other programs declare such columns; SQLite treats several of them as numeric.
-    const RoundTrip all[] = {{"MEMO", RoundTrips()[12].values},
-                             {"string", RoundTrips()[12].values},
-                             {"", RoundTrips()[12].values},
-                             {"uuid", RoundTrips()[12].values},
+    const std::vector<Value> texts = RoundTrips()[12].values;
+    const RoundTrip all[] = {{"MEMO", texts},
+                             {"string", texts},
+                             {"", texts},
+                             {"uuid", texts},
                              {"REAL", {Real(0.1), Real(1e300), Real(3)}},
                              {"INTEGER", {Value::OfInteger(INT64_MAX)}},
                              {"numeric(38)", {Value::OfDecimal("12345678901234567890123456789012345678")}}};

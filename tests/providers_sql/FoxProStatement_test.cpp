@@ -84,30 +84,28 @@ TEST(FoxProStatements, WriteEveryTypeAsItsLetter) {
         const char* written;
         const char* word;
         std::vector<int> arguments;
-    } cases[] = {
-        {"Character(10)", "C", {10}},
-        {"char (254)", "C", {254}},
-        {"C(1) NOCPTRANS", "C NOCPTRANS", {1}},
-        {"VARCHAR(20)", "V", {20}},
-        {"Varbinary(8)", "Q", {8}},
-        {"Numeric(10,2)", "N", {10, 2}},
-        {"NUM(5)", "N", {5}},
-        {"N", "N", {}},
-        {"Float(8,3)", "F", {8, 3}},
-        {"Integer", "I", {}},
-        {"int(4)", "I", {}},
-        {"Integer AUTOINC NEXTVALUE 7 STEP 2", "I AUTOINC", {7, 2}},
-        {"B", "B", {}},
-        {"Double(4)", "B", {4}},
-        {"Y", "Y", {}},
-        {"Currency NULL", "Y", {}},
-        {"Date", "D", {}},
-        {"DateTime", "T", {}},
-        {"Logical", "L", {}},
-        {"MEMO", "M", {}},
-        {"General", "G", {}},
-        {"Blob", "W", {}},
-    };
+    } cases[] = {{"Character(10)", "C", {10}},
+                 {"char (254)", "C", {254}},
+                 {"C(1) NOCPTRANS", "C NOCPTRANS", {1}},
+                 {"VARCHAR(20)", "V", {20}},
+                 {"Varbinary(8)", "Q", {8}},
+                 {"Numeric(10,2)", "N", {10, 2}},
+                 {"NUM(5)", "N", {5}},
+                 {"N", "N", {}},
+                 {"Float(8,3)", "F", {8, 3}},
+                 {"Integer", "I", {}},
+                 {"int(4)", "I", {}},
+                 {"Integer AUTOINC NEXTVALUE 7 STEP 2", "I AUTOINC", {7, 2}},
+                 {"B", "B", {}},
+                 {"Double(4)", "B", {4}},
+                 {"Y", "Y", {}},
+                 {"Currency NULL", "Y", {}},
+                 {"Date", "D", {}},
+                 {"DateTime", "T", {}},
+                 {"Logical", "L", {}},
+                 {"MEMO", "M", {}},
+                 {"General", "G", {}},
+                 {"Blob", "W", {}}};
     for (const auto& one : cases) {
         const sql::ParsedStatement parsed = ParseFoxPro("CREATE TABLE T (F " + std::string(one.written) + ")");
         const ColumnDefinition& column = std::get<CreateTableStatement>(parsed.body).columns.at(0);

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -74,54 +73,6 @@ TEST(Sharing, AReadKeepsTheRowsThatWereThere) {
         EXPECT_EQ(Drain(*second), std::pair(5000, std::int64_t{5000} * 5001 / 2)) << one.name;
         EXPECT_FALSE(first->Next(row)) << one.name;
     }
-}
-
-TEST(Sharing, ATableCopiedIntoItselfDoubles) {
-    SqlTestDatabase database;
-    Fill(database, 3000);
-    const auto source = database.Session().Query("SELECT ID, N FROM T");
-    const auto session = database.Another();
-    const auto target = session->OpenAppender("SELECT ID, N FROM T");
-    std::vector<Value> row(2);
-    int copied = 0;
-    while (source->Next(row) && copied < 10'000) target->Append(row, {true, true}), ++copied;
-    EXPECT_EQ(copied, 3000);
-    EXPECT_EQ(database.Ask("SELECT count(*), sum(ID) FROM T"), "6000|9003000");
-}
-
-TEST(Sharing, ValuesKeptAsideStayEqual) {
-    SqlTestDatabase database;
-    database.Run(
-        "CREATE TABLE T (A BigInt, B Single, C Double, D Currency, E Decimal(38,5), F DateTime, G Memo, H OleObject, I "
-        "GUID, J YesNo, K Memo)");
-    Value single;
-    single.SetSingle(0.1F);
-    Value real;
-    real.SetDouble(5e-324);
-    const std::vector<Value> row = {Value::OfInteger(INT64_MIN),
-                                    single,
-                                    real,
-                                    Value::OfCurrency(INT64_MAX),
-                                    Value::OfDecimal("12345678901234567890.12345"),
-                                    Value::OfDateTime({-657'434, 1}),
-                                    Value::OfText(std::string("a\0b", 3)),
-                                    Value::OfBytes(std::string("\0\xFF", 2)),
-                                    Value::OfGuid("{0123ABCD-0123-4567-89AB-0123456789AB}"),
-                                    Value::OfBoolean(true),
-                                    Value()};
-    const std::string select = "SELECT A,B,C,D,E,F,G,H,I,J,K FROM T";
-    for (int i = 0; i < 3; ++i) database.Append(select, row);
-    database.RunRaw("INSERT INTO T (K) VALUES (CAST(x'FF' AS TEXT))");
-    const auto rows = database.Session().Query(select);
-    database.Run("DELETE FROM T");
-    std::vector<Value> read(row.size());
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(rows->Next(read));
-        for (std::size_t k = 0; k < row.size(); ++k) EXPECT_TRUE(read[k] == row[k]) << k;
-    }
-    ASSERT_TRUE(rows->Next(read));
-    EXPECT_EQ(read[10].Kind(), ValueKind::Failure);
-    EXPECT_FALSE(rows->Next(read));
 }
 
 TEST(Sharing, AppendedRowsAreSeenAtOnceByTheWholeProcess) {
@@ -224,30 +175,6 @@ TEST(Sharing, ALongAppendLetsOtherProcessesWrite) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
     std::ofstream(done).put('x');
     EXPECT_EQ(WaitFor(appending), 0);
-}
-
-TEST(Sharing, AKilledProcessLeavesAFileThatOpens) {
-    const TempFolder folder;
-    const std::string connection = "Provider=SQLite;Mode=ReadWriteCreate;Data Source=" + folder.File("killed.db");
-    OpenSession(connection)->Execute("CREATE TABLE T (ID Long PRIMARY KEY, N Memo)");
-    const std::string ready = folder.File("ready");
-    const pid_t child = Fork([&] {
-        const auto session = OpenSession(connection);
-        session->Execute("INSERT INTO T VALUES (0,'first')");
-        const auto appender = session->OpenAppender("SELECT ID, N FROM T");
-        const Value text = Value::OfText(std::string(500, 'x'));
-        for (int i = 1; i < 100'000'000; ++i) {
-            appender->Append(std::vector<Value>{Value::OfInteger(i), text}, {true, true});
-            if (i == 40'000) std::ofstream(ready).put('x');
-        }
-    });
-    while (!std::filesystem::exists(ready)) std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    kill(child, SIGKILL);
-    EXPECT_EQ(WaitFor(child), -1);
-    const auto session = OpenSession(connection);
-    EXPECT_EQ(SqlTestDatabase::AskOn(*session, "SELECT N FROM T WHERE ID=0"), "first");
-    EXPECT_EQ(SqlTestDatabase::AskOn(*session, "SELECT count(*)-max(ID) FROM T"), "1");
-    session->Execute("INSERT INTO T VALUES (-5,'after')");
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ sql::Database OpenRaw(const std::string& path) {
 }  // namespace
 
 std::unique_ptr<ProviderSession> OpenSession(const std::string& connection) {
+    EXPECT_TRUE(SqlProvider().Accepts(ConnectionString(connection))) << connection;
     return SqlProvider().Open(ConnectionString(connection));
 }
 

@@ -11,7 +11,7 @@
 
 namespace varnel {
 
-/// A session on the file with this connection string.
+/// A session on the file with this connection string, which the provider must take for its own.
 std::unique_ptr<ProviderSession> OpenSession(const std::string& connection);
 
 class SqlTestDatabase {

@@ -246,19 +246,24 @@ TEST(StoreRows, AreThoseOfTheMomentWhenTheReadWasOpened) {
 }
 
 TEST(StoreRows, AreKeptAsideBeyondMemoryInTheirOrder) {
-    for (const std::size_t limit : {std::size_t{0}, std::size_t{2'000}, std::size_t{1'000'000}}) {
-        sql::KeptRows kept(2, limit);
-        for (int r = 0; r < 100; ++r)
-            kept.Add(std::vector<Value>{Value::OfInteger(r), Value::OfText(std::string(r, 'x'))});
-        EXPECT_EQ(kept.InMemory(), limit == 1'000'000);
+    std::vector<Value> row = {Value::OfInteger(0), Value::OfText(""), Failed("no such cell")};
+    for (const Column& column : EveryColumn()) row.insert(row.end(), column.values.begin(), column.values.end());
+    const auto numbered = [&](int r) -> const std::vector<Value>& {
+        row[0].SetInteger(r);
+        row[1].SetText(std::string(static_cast<std::size_t>(r), 'x'));
+        return row;
+    };
+    for (const std::size_t limit : {std::size_t{0}, std::size_t{20'000}, std::size_t{10'000'000}}) {
+        sql::KeptRows kept(row.size(), limit);
+        for (int r = 0; r < 100; ++r) kept.Add(numbered(r));
+        EXPECT_EQ(kept.InMemory(), limit == 10'000'000);
         kept.Rewind();
-        std::vector<Value> row(2);
+        std::vector<Value> read(row.size());
         for (int r = 0; r < 100; ++r) {
-            ASSERT_TRUE(kept.Next(row));
-            EXPECT_EQ(row[0].AsInteger(), r);
-            EXPECT_EQ(row[1].AsText().size(), static_cast<std::size_t>(r));
+            ASSERT_TRUE(kept.Next(read));
+            EXPECT_TRUE(read == numbered(r)) << r;
         }
-        EXPECT_FALSE(kept.Next(row));
+        EXPECT_FALSE(kept.Next(read));
     }
 }
 

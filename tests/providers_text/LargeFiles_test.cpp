@@ -3,7 +3,6 @@
 #include <atomic>
 #include <filesystem>
 #include <numeric>
-#include <ostream>
 
 #include "providers/text/FileLook.h"
 #include "providers/text/OpenRecords.h"
@@ -45,66 +44,48 @@ std::string Lines(const char* line, std::size_t count) {
     return lines;
 }
 
-struct LongValueCase {
-    const char* name;
-    std::size_t bytes;
-    const char* qualifier;
-    const char* part;   // what the value consists of, as it stands in the file
-    const char* meant;  // the same as it is read
-    friend void PrintTo(const LongValueCase& row, std::ostream* out) { *out << row.name; }
-};
-class LongValueTest : public testing::TestWithParam<LongValueCase> {};
-
-TEST_P(LongValueTest, IsReadWhole) {
-    const LongValueCase& row = GetParam();
-    const std::size_t parts = row.bytes / std::string_view(row.part).size();
-    const TestFolder folder;
-    folder.Write("t.csv", "A,B\n" + (row.qualifier + Lines(row.part, parts) + row.qualifier) + ",7\nx,8\n");
-    TextDatabase database(folder.Path());
-    const auto table = database.OpenTable("t.csv");
-    EXPECT_EQ(table->Columns()[0].type, adLongVarWChar);
-    const std::vector<std::size_t> wanted = {0, 1};
-    std::vector<Value> values(2);
-    const auto rows = table->Rows(wanted);
-    ASSERT_TRUE(rows->Next(values));
-    EXPECT_TRUE(values[0].AsText() == Lines(row.meant, parts));
-    EXPECT_EQ(values[1].AsInteger(), 7);
-    ASSERT_TRUE(rows->Next(values));
-    EXPECT_EQ(values[0].AsText(), "x");
-    EXPECT_FALSE(rows->Next(values));
-}
-
-INSTANTIATE_TEST_SUITE_P(LongValues, LongValueTest,
-                         testing::Values(LongValueCase{"Plain", 100 * kMegabyte, "", "some words and blanks ",
-                                                       "some words and blanks "},
-                                         LongValueCase{"Qualified", 100 * kMegabyte, "\"",
-                                                       "a line of some length, with \"\"marks\"\" in it\n",
-                                                       "a line of some length, with \"marks\" in it\n"},
-                                         LongValueCase{"Windows1252", 10 * kMegabyte, "",
-                                                       "fa\xE7"
-                                                       "ade caf\xE9 ",
-                                                       "fa\xC3\xA7"
-                                                       "ade caf\xC3\xA9 "}),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-TEST(LargeText, UnclosedQualifierIsReadInLinearTime) {
-    // The window is far smaller than the rest of the file, which is searched once for the closing qualifier.
-    const std::size_t count = 100'000;
-    for (const char* line : {"a,b,1\n", "a,\"b\"\"c\",1\n", "\"\",\"\"\"\"\"\",1\n"}) {
-        const auto source = std::make_shared<CountingSource>("x,y,z\n1,\"stray,2\n" + Lines(line, count));
-        const bool isClosed = std::string_view(line).find("\"b") != std::string_view::npos;
-        const std::int64_t records = CountRecords(source, 4096);
-        if (!isClosed) {
-            EXPECT_EQ(records, static_cast<std::int64_t>(count + 2)) << line;
-        }
-        EXPECT_LT(source->TimesRead(), 3.0) << line;
+TEST(LargeText, LongValuesAreReadWhole) {
+    const struct {
+        std::size_t bytes;
+        const char *qualifier, *part, *meant;  // what the value consists of, as it stands in the file and as it is read
+    } cases[] = {{100 * kMegabyte, "", "some words and blanks ", "some words and blanks "},
+                 {100 * kMegabyte, "\"", "a line, with \"\"marks\"\" in it\n", "a line, with \"marks\" in it\n"},
+                 {10 * kMegabyte, "", "a\xE7 caf\xE9 ", "aç café "}};
+    for (const auto& row : cases) {
+        const std::size_t parts = row.bytes / std::string_view(row.part).size();
+        const TempFolder folder;
+        folder.Write("t.csv", "A,B\n" + (row.qualifier + Lines(row.part, parts) + row.qualifier) + ",7\nx,8\n");
+        TextDatabase database(folder.Path());
+        const auto table = database.OpenTable("t.csv");
+        EXPECT_EQ(table->Columns()[0].type, adLongVarWChar);
+        const std::vector<std::size_t> wanted = {0, 1};
+        std::vector<Value> values(2);
+        const auto rows = table->Rows(wanted);
+        ASSERT_TRUE(rows->Next(values));
+        EXPECT_TRUE(values[0].AsText() == Lines(row.meant, parts)) << row.part;
+        EXPECT_EQ(values[1].AsInteger(), 7);
+        ASSERT_TRUE(rows->Next(values));
+        EXPECT_EQ(values[0].AsText(), "x");
+        EXPECT_FALSE(rows->Next(values));
     }
 }
 
-TEST(LargeText, EveryRecordWithAStrayQualifierIsReadInLinearTime) {
-    const auto source = std::make_shared<CountingSource>(Lines("1,\"a,2\n", 100'000));
-    CountRecords(source, 4096);
-    EXPECT_LT(source->TimesRead(), 3.0);
+TEST(LargeText, UnclosedQualifiersAreReadInLinearTime) {
+    // The window is far smaller than the rest of the file, which is searched once for the closing qualifier.
+    constexpr std::int64_t kCount = 100'000;
+    const struct {
+        const char *start, *line;
+        std::int64_t records;  // 0: as many as the qualifiers happen to make
+    } cases[] = {{"x,y,z\n1,\"stray,2\n", "a,b,1\n", kCount + 2},
+                 {"x,y,z\n1,\"stray,2\n", "\"\",\"\"\"\"\"\",1\n", kCount + 2},
+                 {"x,y,z\n1,\"stray,2\n", "a,\"b\"\"c\",1\n", 0},
+                 {"", "1,\"a,2\n", 0}};
+    for (const auto& row : cases) {
+        const auto source = std::make_shared<CountingSource>(row.start + Lines(row.line, kCount));
+        const std::int64_t records = CountRecords(source, 4096);
+        EXPECT_TRUE(row.records == 0 || records == row.records) << row.line << records;
+        EXPECT_LT(source->TimesRead(), 3.0) << row.line;
+    }
 }
 
 TEST(LargeText, LongQualifiedValuesAreReadTwiceAtMost) {
@@ -127,7 +108,7 @@ TEST(LargeText, TenThousandColumns) {
         header += (k == 0 ? "Same" : ",Same");
         line += (k == 0 ? "" : ",") + std::to_string(k % 100 + 10);
     }
-    const TestFolder folder;
+    const TempFolder folder;
     folder.Write("t.csv", header + "\n" + line + "\n" + line + "\n");
     TextDatabase database(folder.Path());
     const auto table = database.OpenTable("t.csv");
@@ -146,15 +127,15 @@ TEST(LargeText, TenThousandColumns) {
 TEST(ChangingText, EmptyFilesAreRefused) {
     const std::string refusal = "An attempt was made to import or link an empty text file: 't.csv'";
     for (const char* bytes : {"", "\n\r\n", "\xEF\xBB\xBF", "\x1A"}) {
-        EXPECT_EQ(ErrorOf([&] { ReadBytes(bytes); }), refusal);
-        EXPECT_EQ(ErrorOf([&] { ReadBytes(bytes, "ColNameHeader=False"); }), refusal);
+        EXPECT_EQ(ErrorOf([&] { ReadText(bytes); }), refusal);
+        EXPECT_EQ(ErrorOf([&] { ReadText(bytes, "ColNameHeader=False"); }), refusal);
     }
-    const Shown headerOnly = ReadBytes("A,B");
+    const Shown headerOnly = ReadText("A,B");
     EXPECT_EQ(headerOnly.types + headerOnly.rows, "202|202");
 }
 
 TEST(ChangingText, IsLookedAtAnewWhenItsStateChanges) {
-    const TestFolder folder;
+    const TempFolder folder;
     TextDatabase database(folder.Path());
     for (int k = 0; k < 20; ++k) {  // of the same size, at nearly the same time
         folder.Write("t.csv", k % 2 == 0 ? "A\n1\n" : "A\nx\n");
@@ -167,7 +148,7 @@ TEST(ChangingText, IsLookedAtAnewWhenItsStateChanges) {
 }
 
 TEST(ChangingText, MayChangeBetweenLookAndRead) {
-    const TestFolder folder;
+    const TempFolder folder;
     folder.Write("t.csv", "A,B\n1,2\n3,4\n");
     TextDatabase database(folder.Path());
     const auto table = database.OpenTable("t.csv");
@@ -181,7 +162,7 @@ TEST(ChangingText, MayChangeBetweenLookAndRead) {
 }
 
 TEST(ChangingText, MayShrinkWhileItIsRead) {
-    const TestFolder folder;
+    const TempFolder folder;
     const std::string path = folder.Write("t.csv", "A,B\n" + Lines("1,two\n", 1000));
     TextDatabase database(folder.Path(), "", 16);
     const auto table = database.OpenTable("t.csv");

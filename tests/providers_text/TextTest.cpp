@@ -1,13 +1,10 @@
 #include "tests/providers_text/TextTest.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <algorithm>
-#include <filesystem>
 #include <numeric>
 
 #include "ado/types/ValueText.h"
-#include "platform/Files.h"
 #include "providers/text/TextDatabase.h"
 
 namespace varnel::text {
@@ -20,23 +17,6 @@ std::string Joined(const std::vector<std::string>& parts, const char* separator)
 }
 
 }  // namespace
-
-TestFolder::TestFolder() {
-    std::string path = (std::filesystem::temp_directory_path() / "varnel_text_XXXXXX").string();
-    if (mkdtemp(path.data()) == nullptr) throw std::runtime_error("no folder for the test");
-    path_ = path;
-}
-
-TestFolder::~TestFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TestFolder::Write(const std::string& name, std::string_view bytes) const {
-    const std::string path = path_ + "/" + name;
-    OutputFile(path, OutputFile::Mode::Truncate).Write(bytes);
-    return path;
-}
 
 std::string ShownValue(const Value& value) {
     switch (value.Kind()) {
@@ -72,7 +52,7 @@ std::string ShownRows(TableFile& table) {
     return Joined(lines, "\n");
 }
 
-Shown ReadTable(const TestFolder& folder, const std::string& table, const std::string& options,
+Shown ReadTable(const TempFolder& folder, const std::string& table, const std::string& options,
                 std::size_t bufferBytes) {
     TextDatabase database(folder.Path(), options, bufferBytes);
     const auto file = database.OpenTable(table);
@@ -84,8 +64,8 @@ Shown ReadTable(const TestFolder& folder, const std::string& table, const std::s
     return {Joined(names, "|"), Joined(types, "|"), ShownRows(*file), file->CountRows()};
 }
 
-Shown ReadBytes(std::string_view bytes, const std::string& schema, const std::string& options) {
-    const TestFolder folder;
+Shown ReadText(std::string_view bytes, const std::string& schema, const std::string& options) {
+    const TempFolder folder;
     folder.Write("t.csv", bytes);
     if (!schema.empty()) folder.Write("Schema.ini", "[t.csv]\r\n" + schema + "\r\n");
     const Shown shown = ReadTable(folder, "t.csv", options);
