@@ -116,7 +116,7 @@ void DecodeCell(const OdbcColumn& column, std::span<const std::uint8_t> cell, SQ
         case CellForm::Boolean:
             return value.SetBoolean(cell[0] != 0);
         case CellForm::Single:
-            return value.SetSingle(As<float>(cell));
+            return value.SetSingle(static_cast<float>(As<double>(cell)));
         case CellForm::Double:
             return value.SetDouble(As<double>(cell));
         case CellForm::Date:

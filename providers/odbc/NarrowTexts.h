@@ -1,7 +1,8 @@
-// Texts for SQL Server's columns of one byte a character: the server makes question marks of what its code page lacks.
+// Texts for SQL Server's columns of one byte a character: the server makes question marks of what a column's code page
+// lacks.
 #pragma once
 
-#include <optional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -13,15 +14,19 @@ namespace varnel::odbc {
 
 class NarrowTexts {
 public:
-    /// Asks the server for its database's code page when a column needs it. A server that does not say is believed to
-    /// hold everything.
-    NarrowTexts(OdbcLink& link, const std::vector<ColumnInfo>& columns);
+    /// Asks the server for the code page of each column of table (as SQL writes it) that needs one. Where it does not
+    /// say, the page of the database holds; where it does not say that either, or the system cannot convert the page, a
+    /// column is believed to hold everything.
+    NarrowTexts(OdbcLink& link, const std::string& table, const std::vector<ColumnInfo>& columns);
 
-    /// Throws Error{Conversion} naming the column and the first character that it cannot hold.
-    void Refuse(const ColumnInfo& column, const Value& value);
+    /// Throws Error{Conversion} naming column k and the first character that it cannot hold.
+    void Refuse(std::size_t k, const ColumnInfo& column, const Value& value);
 
 private:
-    std::optional<CodePage> page_;
+    const CodePage* Page(int number);
+
+    std::map<int, CodePage> pages_;
+    std::vector<const CodePage*> pageOf_;  ///< of each column; null for one that holds everything
     std::string scratch_;
 };
 

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "ado/types/ExactFit.h"
-#include "providers/odbc/OdbcTypes.h"
+#include "providers/odbc/TargetColumns.h"
 
 namespace varnel::odbc {
 namespace {
@@ -25,39 +24,39 @@ OdbcAppender::OdbcAppender(std::shared_ptr<OdbcLink> link, const std::string& se
                     "Rows can be added only through a SELECT of plain columns of one table.");
     select_ = *read;
     Describe(selectStatement);
-    narrow_.emplace(*link_, columns_);
-    queueLimit_ = PrepareInsert(std::vector<bool>(columns_.size(), true))->QueueLimit();
+    narrow_.emplace(*link_, select_.table, columns_);
+    const std::vector<bool> all(columns_.size(), true);
+    queueLimit_ = inserts_.try_emplace(all, MakeInsert(all)).first->second->QueueLimit();
 }
 
 void OdbcAppender::Describe(const std::string& selectStatement) {
     const StatementHandle statement = link_->NewStatement();
-    SQLCHAR* text = reinterpret_cast<SQLCHAR*>(const_cast<char*>(selectStatement.c_str()));  // which is only read
-    link_->Check(SQLPrepare(statement.Get(), text, static_cast<SQLINTEGER>(selectStatement.size())), statement);
-    SQLSMALLINT count = 0;
-    link_->Check(SQLNumResultCols(statement.Get(), &count), statement);
-    for (SQLSMALLINT number = 1; number <= count; ++number) {
-        DriverColumn column;
-        if (!ReadDriverColumn(statement, static_cast<SQLUSMALLINT>(number), column)) link_->Fail(statement);
-        columns_.push_back(DescribeColumn(column, link_->Text()).info);
-    }
+    auto described = DescribeSelect(statement, selectStatement, link_->Text());
+    if (!described) link_->Fail(statement);
+    targets_ = std::move(*described);
+    for (const OdbcColumn& target : targets_) columns_.push_back(target.info);
     if (columns_.size() != select_.columns.size())
         throw Error(ErrorKind::NotSupported, link_->Text().place,
                     "Rows can be added only through a SELECT of plain columns of one table.");
 }
 
-std::unique_ptr<OdbcStatement> OdbcAppender::PrepareInsert(const std::vector<bool>& assigned) {
+std::unique_ptr<OdbcStatement> OdbcAppender::MakeInsert(const std::vector<bool>& assigned) {
     std::string columns, markers;
     std::vector<ParameterInfo> parameters;
+    std::vector<OdbcColumn> targets;
     for (std::size_t k = 0; k < assigned.size(); ++k) {
         if (!assigned[k]) continue;
         columns += (columns.empty() ? "" : ",") + select_.columns[k];
         markers += markers.empty() ? "?" : ",?";
         parameters.push_back(ParameterFor(columns_[k]));
+        targets.push_back(targets_[k]);
     }
     const std::string head = "INSERT INTO " + select_.table;
     const std::string text =
         columns.empty() ? head + " DEFAULT VALUES" : head + " (" + columns + ") VALUES (" + markers + ")";
-    return std::make_unique<OdbcStatement>(link_, text, parameters);
+    auto insert = std::make_unique<OdbcStatement>(link_, text, parameters);
+    insert->HoldAgainst(std::move(targets));
+    return insert;
 }
 
 OdbcStatement& OdbcAppender::InsertFor(std::span<const Value> values, const std::vector<bool>& assigned) {
@@ -66,13 +65,12 @@ OdbcStatement& OdbcAppender::InsertFor(std::span<const Value> values, const std:
     parameters_.clear();
     for (std::size_t k = 0; k < values.size(); ++k) {
         if (!assigned[k]) continue;
-        RefuseRounding(columns_[k], values[k]);
-        narrow_->Refuse(columns_[k], values[k]);
+        narrow_->Refuse(k, columns_[k], values[k]);
         parameters_.push_back(&values[k]);
     }
     if (const auto known = inserts_.find(assigned); known != inserts_.end()) return *known->second;
     if (inserts_.size() >= kMostInserts) inserts_.clear();
-    return *inserts_.try_emplace(assigned, PrepareInsert(assigned)).first->second;
+    return *inserts_.try_emplace(assigned, MakeInsert(assigned)).first->second;
 }
 
 void OdbcAppender::Append(std::span<const Value> values, const std::vector<bool>& assigned) {

@@ -31,12 +31,13 @@ public:
 
 private:
     OdbcStatement& InsertFor(std::span<const Value> values, const std::vector<bool>& assigned);
-    std::unique_ptr<OdbcStatement> PrepareInsert(const std::vector<bool>& assigned);
+    std::unique_ptr<OdbcStatement> MakeInsert(const std::vector<bool>& assigned);
     void Describe(const std::string& selectStatement);
 
     std::shared_ptr<OdbcLink> link_;
     SelectText select_;
-    std::vector<ColumnInfo> columns_;
+    std::vector<OdbcColumn> targets_;
+    std::vector<ColumnInfo> columns_;  ///< the same, as the data layer knows them
     std::optional<NarrowTexts> narrow_;
     std::size_t queueLimit_ = 0;
     std::map<std::vector<bool>, std::unique_ptr<OdbcStatement>> inserts_;

@@ -1,6 +1,7 @@
 #include "providers/odbc/OdbcLink.h"
 
 #include <array>
+#include <cstring>
 #include <vector>
 
 namespace varnel::odbc {
@@ -34,6 +35,18 @@ std::vector<std::string> RegisteredDrivers() {
     return names;
 }
 
+/// What the driver manager leaves out when it does not find what the connection string names.
+std::string_view Remedy(const Diagnosis& diagnosis) {
+    if (diagnosis.text.find("Can't open lib") != std::string::npos)
+        return "\r\nThis ODBC driver is not installed here, or is registered under another name; 'odbcinst -q -d' "
+               "lists "
+               "the drivers that are registered.";
+    if (diagnosis.state == "IM002")
+        return "\r\nThe connection string names neither a driver nor a data source of this machine; 'odbcinst -q -s' "
+               "lists the data source names, 'odbcinst -q -d' the drivers.";
+    return "";
+}
+
 SQLCHAR* Characters(const std::string& text) {
     return reinterpret_cast<SQLCHAR*>(const_cast<char*>(text.c_str()));  // the callee only reads it
 }
@@ -61,6 +74,10 @@ void OdbcLink::LogIn() {
     SQLUSMALLINT concurrent = 0;
     SQLGetInfo(made, SQL_MAX_CONCURRENT_ACTIVITIES, &concurrent, sizeof concurrent, nullptr);
     oneResultOnly_ = concurrent == 1 || text_.family == Family::SqlServer;
+    std::array<SQLCHAR, 256> driver{};
+    SQLSMALLINT length = 0;
+    SQLGetInfo(made, SQL_DRIVER_NAME, driver.data(), driver.size(), &length);
+    keepsMoments_ = std::strstr(reinterpret_cast<const char*>(driver.data()), "libmaodbc") != nullptr;
 }
 
 SQLHDBC OdbcLink::Ready() {
@@ -96,28 +113,25 @@ bool OdbcLink::Alive() noexcept {
     return !SQL_SUCCEEDED(outcome) || dead == SQL_CD_FALSE;
 }
 
-void OdbcLink::SetAutocommit(bool on) {
+bool OdbcLink::SwitchAutocommit(bool on) noexcept {
     const std::uintptr_t mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
-    if (!SQL_SUCCEEDED(SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, AsPointer(mode), 0)))
-        FailWith(SQL_HANDLE_DBC, connection_.Get());
+    return SQL_SUCCEEDED(SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, AsPointer(mode), 0));
 }
 
 void OdbcLink::Begin() {
     Ready();
-    SetAutocommit(false);
+    if (!SwitchAutocommit(false)) FailWith(SQL_HANDLE_DBC, connection_.Get());
 }
 
 void OdbcLink::Commit() {
     if (!SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_COMMIT)))
         FailWith(SQL_HANDLE_DBC, connection_.Get());
-    SetAutocommit(true);
+    if (!SwitchAutocommit(true)) down_ = true;  // what was committed stays so
 }
 
 void OdbcLink::Rollback() noexcept {
     const bool back = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.Get(), SQL_ROLLBACK));
-    const std::uintptr_t on = SQL_AUTOCOMMIT_ON;
-    if (!back || !SQL_SUCCEEDED(SQLSetConnectAttr(connection_.Get(), SQL_ATTR_AUTOCOMMIT, AsPointer(on), 0)))
-        down_ = true;
+    if (!back || !SwitchAutocommit(true)) down_ = true;
 }
 
 void OdbcLink::Fail(const StatementHandle& statement) {
@@ -128,7 +142,8 @@ void OdbcLink::FailWith(SQLSMALLINT sort, SQLHANDLE handle) {
     const Diagnosis diagnosis = Diagnose(sort, handle, text_.nativeProvider);
     if (MeansLost(diagnosis)) down_ = true;
     const ErrorKind kind = loggedIn_ ? KindOf(diagnosis) : ErrorKind::Connection;
-    throw Error(kind, text_.place, stored_.Redact(diagnosis.text));
+    const std::string_view remedy = loggedIn_ ? "" : Remedy(diagnosis);
+    throw Error(kind, text_.place, stored_.Redact(diagnosis.text + std::string(remedy)));
 }
 
 }  // namespace varnel::odbc

@@ -20,6 +20,8 @@ public:
     OdbcLink& operator=(const OdbcLink&) = delete;
 
     const ConnectionText& Text() const { return text_; }
+    /// True when the driver never frees the moments that it was given in arrays: they are sent as texts then.
+    bool KeepsMoments() const { return keepsMoments_; }
     /// Throws Error{Connection} when the link is down, Error{Misuse} while the rows of a query are still being read on
     /// a driver that bears one result only.
     SQLHDBC Ready();
@@ -47,7 +49,7 @@ public:
 private:
     [[noreturn]] void FailWith(SQLSMALLINT sort, SQLHANDLE handle);
     void LogIn();
-    void SetAutocommit(bool on);
+    bool SwitchAutocommit(bool on) noexcept;
 
     ConnectionString stored_;
     ConnectionText text_;
@@ -56,6 +58,7 @@ private:
     bool loggedIn_ = false;
     bool down_ = false;
     bool streaming_ = false;
+    bool keepsMoments_ = false;
 };
 
 }  // namespace varnel::odbc

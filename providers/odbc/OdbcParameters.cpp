@@ -15,6 +15,7 @@ namespace {
 constexpr std::int64_t kWidestBound = 8000;
 constexpr std::size_t kBytesPerCharacter = 4;
 constexpr std::size_t kNumberText = 64;
+constexpr std::size_t kMomentText = 32;
 /// The most that the values put aside may take.
 constexpr std::size_t kArrayBytes = std::size_t{2} << 20;
 constexpr SQLULEN kMomentSize = 26;
@@ -82,12 +83,11 @@ void RefuseNonFinite(double number) {
 
 }  // namespace
 
-OdbcParameters::OdbcParameters(std::span<const ParameterInfo> parameters, const ConnectionText& connection,
-                               std::size_t rows)
+OdbcParameters::OdbcParameters(std::span<const ParameterInfo> parameters, const OdbcLink& link, std::size_t rows)
     : cells_(parameters.size()), rows_(rows) {
     for (std::size_t k = 0; k < cells_.size(); ++k) {
         cells_[k].info = parameters[k];
-        Describe(cells_[k], connection);
+        Describe(cells_[k], link);
         hasLong_ = hasLong_ || cells_[k].bytes == 0;
     }
     std::size_t rowBytes = 1;
@@ -99,7 +99,7 @@ OdbcParameters::OdbcParameters(std::span<const ParameterInfo> parameters, const 
     }
 }
 
-void OdbcParameters::Describe(Cell& cell, const ConnectionText& connection) {
+void OdbcParameters::Describe(Cell& cell, const OdbcLink& link) {
     for (const Sort& sort : kSorts) {
         if (sort.type != cell.info.type) continue;
         cell.transferType = sort.transferType;
@@ -109,9 +109,14 @@ void OdbcParameters::Describe(Cell& cell, const ConnectionText& connection) {
         cell.bytes = sort.bytes;
         if (IsNumberText(sort.type) && cell.info.numericScale != kNotStated && sort.type != adCurrency)
             cell.digits = cell.info.numericScale;
+        if (sort.transferType == SQL_C_TYPE_TIMESTAMP && link.KeepsMoments()) {
+            cell.transferType = SQL_C_CHAR;
+            cell.sqlType = SQL_WVARCHAR;  // as a moment the driver would take the text apart
+            cell.bytes = kMomentText;
+        }
         return;
     }
-    if (cell.info.type == adGUID && connection.family == Family::SqlServer) {
+    if (cell.info.type == adGUID && link.Text().family == Family::SqlServer) {
         cell.sqlType = SQL_GUID;
         cell.size = 36;
         cell.bytes = 40;
@@ -161,7 +166,10 @@ void OdbcParameters::TakeValue(Cell& cell, std::size_t row, const Value& value) 
             RefuseNonFinite(converted.AsDouble());
             return Put(cell.room, at, converted.AsDouble());
         case ValueKind::DateTime:
-            return Put(cell.room, at, Moment(converted.AsDateTime()));
+            if (cell.transferType == SQL_C_TYPE_TIMESTAMP) return Put(cell.room, at, Moment(converted.AsDateTime()));
+            text_.clear();
+            AppendIsoDateTime(text_, converted.AsDateTime());
+            return TakeContent(cell, row, BytesOf(text_));
         case ValueKind::Bytes:
             return TakeContent(cell, row, converted.AsBytes());
         case ValueKind::Text:
@@ -202,11 +210,12 @@ void OdbcParameters::TakeContent(Cell& cell, std::size_t row, std::span<const st
     cell.lengths[row] = static_cast<SQLLEN>(content.size());
 }
 
-void OdbcParameters::CopyToFirst(std::size_t row) {
+void OdbcParameters::CopyToFront(std::size_t row, std::size_t count) {
+    if (row == 0) return;
     for (Cell& cell : cells_) {
-        const auto from = cell.room.begin() + static_cast<std::ptrdiff_t>(row * cell.bytes);
-        std::copy(from, from + static_cast<std::ptrdiff_t>(cell.bytes), cell.room.begin());
-        cell.lengths[0] = cell.lengths[row];
+        std::copy_n(cell.room.begin() + static_cast<std::ptrdiff_t>(row * cell.bytes), count * cell.bytes,
+                    cell.room.begin());
+        std::copy_n(cell.lengths.begin() + static_cast<std::ptrdiff_t>(row), count, cell.lengths.begin());
     }
 }
 

@@ -18,7 +18,7 @@ namespace varnel::odbc {
 class OdbcParameters {
 public:
     /// rows: how many can be put in before they are sent; one when a parameter is long.
-    OdbcParameters(std::span<const ParameterInfo> parameters, const ConnectionText& connection, std::size_t rows);
+    OdbcParameters(std::span<const ParameterInfo> parameters, const OdbcLink& link, std::size_t rows);
 
     std::size_t Count() const { return cells_.size(); }
     std::size_t Rows() const { return rows_; }
@@ -26,8 +26,9 @@ public:
     /// Puts a row's values in place. Long contents are not copied and must stay until the statement ran. Throws
     /// Error{Conversion} for what a parameter cannot hold; nothing of the row counts then.
     void Take(std::size_t row, std::span<const Value* const> values);
-    /// Copies an earlier row's values to the place of the first one, to be sent alone.
-    void CopyToFirst(std::size_t row);
+    /// Copies the values of rows from row on to the places of the first ones, to be sent by themselves. The places must
+    /// not overlap.
+    void CopyToFront(std::size_t row, std::size_t count);
     /// Binds all of them to a statement. Throws the driver's failure.
     void Bind(OdbcLink& link, const StatementHandle& statement);
     /// Grows when a value made a parameter wider: statements bound before must be bound anew.
@@ -48,7 +49,7 @@ private:
         std::span<const std::uint8_t> content;  ///< of a long value
     };
 
-    void Describe(Cell& cell, const ConnectionText& connection);
+    void Describe(Cell& cell, const OdbcLink& link);
     void TakeValue(Cell& cell, std::size_t row, const Value& value);
     void TakeContent(Cell& cell, std::size_t row, std::span<const std::uint8_t> content);
     void TakeText(Cell& cell, std::size_t row, std::string_view text);

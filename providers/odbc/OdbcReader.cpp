@@ -23,9 +23,8 @@ SQLSMALLINT TransferType(CellForm form) {
         case CellForm::UnsignedBig:
             return SQL_C_UBIGINT;
         case CellForm::Boolean:
-            return SQL_C_BIT;
-        case CellForm::Single:
-            return SQL_C_FLOAT;
+            return SQL_C_UTINYINT;  // MariaDB's driver leaves the length of a bound SQL_C_BIT as it was
+        case CellForm::Single:      // MariaDB's driver lays a block of SQL_C_FLOAT out as if each took eight bytes
         case CellForm::Double:
             return SQL_C_DOUBLE;
         case CellForm::Date:

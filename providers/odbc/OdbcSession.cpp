@@ -3,6 +3,8 @@
 #include "providers/odbc/OdbcAppender.h"
 #include "providers/odbc/OdbcReader.h"
 #include "providers/odbc/OdbcStatement.h"
+#include "providers/odbc/SelectText.h"
+#include "providers/odbc/TargetColumns.h"
 
 namespace varnel::odbc {
 
@@ -18,7 +20,14 @@ std::unique_ptr<RowReader> OdbcSession::Query(const std::string& statement) {
 
 std::unique_ptr<PreparedStatement> OdbcSession::Prepare(const std::string& statement,
                                                         std::span<const ParameterInfo> parameters) {
-    return std::make_unique<OdbcStatement>(link_, statement, parameters);
+    auto prepared = std::make_unique<OdbcStatement>(link_, statement, parameters);
+    prepared->Prepare();
+    if (const auto insert = ReadInsert(statement)) {
+        const StatementHandle asking = link_->NewStatement();
+        if (auto targets = DescribeSelect(asking, WriteSelect(*insert), link_->Text()))
+            prepared->HoldAgainst(std::move(*targets));
+    }
+    return prepared;
 }
 
 std::unique_ptr<Appender> OdbcSession::OpenAppender(const std::string& selectStatement) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "ado/types/Provider.h"
+#include "providers/odbc/OdbcCatalog.h"
 #include "providers/odbc/OdbcLink.h"
 
 namespace varnel::odbc {
@@ -18,6 +19,10 @@ public:
     std::unique_ptr<PreparedStatement> Prepare(const std::string& statement,
                                                std::span<const ParameterInfo> parameters) override;
     std::unique_ptr<Appender> OpenAppender(const std::string& selectStatement) override;
+    std::vector<TableInfo> Tables() override { return ListTables(link_); }
+    std::vector<TableColumn> Columns(const std::string& owner, const std::string& table) override {
+        return DescribeTable(link_, owner, table);
+    }
     bool Reset() noexcept override { return link_->Reset(); }
     bool Alive() noexcept override { return link_->Alive(); }
 

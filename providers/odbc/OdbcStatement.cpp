@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <utility>
 
+#include "providers/odbc/TargetColumns.h"
+
 namespace varnel::odbc {
 namespace {
 
 /// Rows of one array: more gain nothing, and the driver holds them all.
-constexpr std::size_t kRowsPerArray = 100;
+constexpr std::size_t kRowsPerArray = 1000;
+/// A refused array is sent again in smaller ones, so that few rows pay for the one that is refused.
+constexpr std::size_t kRowsPerPart = 100;
 constexpr std::size_t kPiece = std::size_t{64} << 10;
 
 }  // namespace
@@ -16,12 +20,27 @@ OdbcStatement::OdbcStatement(std::shared_ptr<OdbcLink> link, const std::string& 
                              std::span<const ParameterInfo> parameters)
     : link_(std::move(link)),
       text_(statement),
-      parameters_(parameters, link_->Text(), kRowsPerArray),
-      states_(parameters_.Rows()) {
-    alone_.handle = Prepare(1);
+      parameters_(parameters, *link_, kRowsPerArray),
+      states_(parameters_.Rows()) {}
+
+void OdbcStatement::Prepare() {
+    if (alone_.handle.Get() == nullptr) alone_.handle = PreparedFor(1);
 }
 
-StatementHandle OdbcStatement::Prepare(std::size_t rows) {
+void OdbcStatement::HoldAgainst(std::vector<OdbcColumn> targets) {
+    if (targets.size() != parameters_.Count()) return;
+    targets_ = std::move(targets);
+    scratch_.resize(targets_.size());
+    fitting_.resize(targets_.size());
+}
+
+std::span<const Value* const> OdbcStatement::Fitting(std::span<const Value* const> parameters) {
+    if (targets_.empty() || parameters.size() != targets_.size()) return parameters;
+    for (std::size_t k = 0; k < targets_.size(); ++k) fitting_[k] = &Fitted(targets_[k], *parameters[k], scratch_[k]);
+    return fitting_;
+}
+
+StatementHandle OdbcStatement::PreparedFor(std::size_t rows) {
     StatementHandle statement = link_->NewStatement();
     SQLHSTMT handle = statement.Get();
     SQLCHAR* text = reinterpret_cast<SQLCHAR*>(text_.data());
@@ -45,8 +64,8 @@ void OdbcStatement::Execute(std::span<const Value> parameters) {
 }
 
 void OdbcStatement::ExecuteWith(std::span<const Value* const> parameters) {
-    parameters_.Take(0, parameters);
-    Run(alone_);
+    parameters_.Take(0, Fitting(parameters));
+    RunAlone();
 }
 
 void OdbcStatement::Queue(std::span<const Value> parameters) {
@@ -56,7 +75,7 @@ void OdbcStatement::Queue(std::span<const Value> parameters) {
 void OdbcStatement::QueueWith(std::span<const Value* const> parameters) {
     if (queued_ >= parameters_.Rows())
         throw Error(ErrorKind::Misuse, link_->Text().place, "The rows put aside must be sent first.");
-    parameters_.Take(queued_, parameters);
+    parameters_.Take(queued_, Fitting(parameters));
     ++queued_;
 }
 
@@ -73,6 +92,11 @@ void OdbcStatement::Run(Prepared& prepared) {
         link_->Check(outcome, statement);
     }
     SQLFreeStmt(statement.Get(), SQL_CLOSE);
+}
+
+void OdbcStatement::RunAlone() {
+    Prepare();
+    Run(alone_);
 }
 
 void OdbcStatement::SendPieces(const StatementHandle& statement) {
@@ -93,34 +117,33 @@ void OdbcStatement::SendPieces(const StatementHandle& statement) {
     link_->Check(outcome, statement);
 }
 
-/// All rows put aside as one array. False when any of them was refused; nothing of the array is stored then.
-bool OdbcStatement::SendTogether() {
-    if (togetherRows_ != queued_) together_ = {Prepare(queued_), 0};
-    togetherRows_ = queued_;
-    link_->Begin();
+/// The first rows of the buffers as one array. False when any of them was refused, or the connection; nothing of the
+/// array is stored then.
+bool OdbcStatement::SendTogether(std::size_t rows) {
     bool clean = true;
     try {
+        if (togetherRows_ != rows) together_ = {PreparedFor(rows), 0};
+        togetherRows_ = rows;
+        link_->Begin();
         Run(together_);
-        for (std::size_t row = 0; row < queued_; ++row)
+        for (std::size_t row = 0; row < rows; ++row)
             clean = clean && (states_[row] == SQL_PARAM_SUCCESS || states_[row] == SQL_PARAM_SUCCESS_WITH_INFO);
+        if (clean) link_->Commit();
     } catch (const Error&) {
         clean = false;  // which row it was comes out when they are sent one by one
     }
-    if (clean) {
-        link_->Commit();
-    } else {
+    if (!clean) {
         link_->Rollback();
         togetherRows_ = 0;
     }
     return clean;
 }
 
-void OdbcStatement::SendOneByOne(const RowOutcome& outcome) {
-    const std::size_t rows = std::exchange(queued_, 0);
+void OdbcStatement::SendOneByOne(std::size_t rows, const RowOutcome& outcome) {
     for (std::size_t row = 0; row < rows; ++row) {
-        if (row > 0) parameters_.CopyToFirst(row);
+        parameters_.CopyToFront(row, 1);
         try {
-            Run(alone_);
+            RunAlone();
         } catch (const Error& error) {
             outcome(&error);
             continue;
@@ -129,10 +152,20 @@ void OdbcStatement::SendOneByOne(const RowOutcome& outcome) {
     }
 }
 
+bool OdbcStatement::SendClean(std::size_t rows, const RowOutcome& outcome) {
+    if (rows < 2 || !SendTogether(rows)) return false;
+    for (std::size_t row = 0; row < rows; ++row) outcome(nullptr);
+    return true;
+}
+
 void OdbcStatement::Send(const RowOutcome& outcome) {
-    if (queued_ == 0) return;
-    if (queued_ == 1 || !SendTogether()) return SendOneByOne(outcome);
-    for (std::size_t row = std::exchange(queued_, 0); row > 0; --row) outcome(nullptr);
+    const std::size_t rows = std::exchange(queued_, 0);
+    if (rows > kRowsPerPart && SendClean(rows, outcome)) return;
+    for (std::size_t row = 0; row < rows; row += kRowsPerPart) {
+        const std::size_t part = std::min(kRowsPerPart, rows - row);
+        parameters_.CopyToFront(row, part);
+        if (!SendClean(part, outcome)) SendOneByOne(part, outcome);
+    }
 }
 
 }  // namespace varnel::odbc

@@ -9,15 +9,21 @@
 #include "ado/types/Provider.h"
 #include "providers/odbc/OdbcLink.h"
 #include "providers/odbc/OdbcParameters.h"
+#include "providers/odbc/OdbcTypes.h"
 
 namespace varnel::odbc {
 
 class OdbcStatement : public PreparedStatement {
 public:
-    /// Throws what the driver says of the statement; many drivers say it only when it runs.
+    /// Asks the server for nothing yet.
     OdbcStatement(std::shared_ptr<OdbcLink> link, const std::string& statement,
                   std::span<const ParameterInfo> parameters);
 
+    /// Throws what the driver says of the statement; many drivers say it only when it runs. Running prepares too.
+    void Prepare();
+    /// Values are held against the columns that they go into, one a parameter: what a column has no place for is
+    /// refused from now on.
+    void HoldAgainst(std::vector<OdbcColumn> targets);
     void Execute(std::span<const Value> parameters) override;
     /// The same with values that do not lie side by side.
     void ExecuteWith(std::span<const Value* const> parameters);
@@ -35,15 +41,21 @@ private:
     };
 
     std::span<const Value* const> Pointers(std::span<const Value> values);
-    StatementHandle Prepare(std::size_t rows);
+    StatementHandle PreparedFor(std::size_t rows);
     void Run(Prepared& prepared);
+    void RunAlone();
+    std::span<const Value* const> Fitting(std::span<const Value* const> parameters);
     void SendPieces(const StatementHandle& statement);
-    bool SendTogether();
-    void SendOneByOne(const RowOutcome& outcome);
+    bool SendTogether(std::size_t rows);
+    bool SendClean(std::size_t rows, const RowOutcome& outcome);
+    void SendOneByOne(std::size_t rows, const RowOutcome& outcome);
 
     std::shared_ptr<OdbcLink> link_;
     std::string text_;
     OdbcParameters parameters_;
+    std::vector<OdbcColumn> targets_;  ///< empty when they are not known
+    std::vector<Value> scratch_;       ///< one a target
+    std::vector<const Value*> fitting_;
     Prepared alone_;
     // Arrays have a handle of their own for each number of rows: drivers mix rows up when one handle changes it.
     Prepared together_;

@@ -21,7 +21,7 @@ constexpr FixedType kFixedTypes[] = {
     {SQL_SMALLINT, CellForm::Integer, adSmallInt, adUnsignedSmallInt, 2, 5, 8},
     {SQL_INTEGER, CellForm::Integer, adInteger, adUnsignedInt, 4, 10, 8},
     {SQL_BIGINT, CellForm::Integer, adBigInt, adUnsignedBigInt, 8, 19, 8},
-    {SQL_REAL, CellForm::Single, adSingle, adSingle, 4, 7, 4},
+    {SQL_REAL, CellForm::Single, adSingle, adSingle, 4, 7, 8},
     {SQL_FLOAT, CellForm::Double, adDouble, adDouble, 8, 15, 8},
     {SQL_DOUBLE, CellForm::Double, adDouble, adDouble, 8, 15, 8},
     {SQL_TYPE_DATE, CellForm::Date, adDBDate, adDBDate, 6, kNotStated, sizeof(SQL_DATE_STRUCT)},
@@ -73,11 +73,22 @@ void DescribeDecimal(const DriverColumn& column, const ConnectionText& connectio
     if (!open) described.info.numericScale = static_cast<std::uint8_t>(std::clamp<int>(column.digits, 0, 254));
 }
 
+/// As far as the driver states the places of a second.
+std::int64_t MomentStep(const DriverColumn& column, const ConnectionText& connection) {
+    constexpr std::int64_t kSteps[] = {1'000'000, 100'000, 10'000, 1'000, 100, 10};
+    constexpr SQLULEN kMinutes = 16;  // characters of smalldatetime, whose name is datetime too
+    if (connection.family == Family::SqlServer && column.size == kMinutes) return 60 * kSteps[0];
+    if (connection.family == Family::SqlServer && column.typeName == "datetime") return kThreeHundredth;
+    if (column.digits < 0) return 0;
+    return column.digits < static_cast<int>(std::size(kSteps)) ? kSteps[column.digits] : 1;
+}
+
 void DescribeMoment(const DriverColumn& column, const ConnectionText& connection, OdbcColumn& described) {
     described.form = CellForm::DateTime;
     described.cellBytes = sizeof(SQL_TIMESTAMP_STRUCT);
     described.info.type = adDBTimeStamp;
     described.info.definedSize = 16;
+    described.momentStep = MomentStep(column, connection);
     if (connection.family == Family::Other) return;
     described.info.precision = static_cast<std::uint8_t>(std::min<SQLULEN>(column.size, 254));
     described.info.numericScale = static_cast<std::uint8_t>(std::clamp<int>(column.digits, 0, 9));
@@ -128,6 +139,7 @@ OdbcColumn DescribeColumn(const DriverColumn& column, const ConnectionText& conn
         described.info.definedSize = type.size;
         described.info.precision = type.precision;
         described.cellBytes = type.cellBytes;
+        if (described.form == CellForm::Date) described.momentStep = kMicrosPerDay;
         return described;
     }
     if (column.type == SQL_DECIMAL || column.type == SQL_NUMERIC) {

@@ -17,7 +17,7 @@ enum class CellForm : std::uint8_t {
     Integer,      ///< 64 bits
     UnsignedBig,  ///< 64 bits without sign, delivered as an exact number beyond the signed range
     Boolean,
-    Single,
+    Single,  ///< as a double
     Double,
     Decimal,   ///< as text
     Currency,  ///< as text
@@ -31,10 +31,15 @@ enum class CellForm : std::uint8_t {
     LongBytes  ///< in pieces
 };
 
+/// SQL Server's datetime goes in steps of a 300th of a second.
+inline constexpr std::int64_t kThreeHundredth = -1;
+
 struct OdbcColumn {
     ColumnInfo info;
     CellForm form = CellForm::Text;
     std::size_t cellBytes = 0;  ///< room for one cell, the end mark of a text included; 0 for long cells
+    /// Microseconds between two moments that it tells apart, or kThreeHundredth; 0: unknown.
+    std::int64_t momentStep = 0;
     bool IsLong() const { return form == CellForm::LongText || form == CellForm::LongBytes; }
 };
 

@@ -74,21 +74,47 @@ private:
     std::size_t at_ = 0;
 };
 
+/// Names between commas; false when there is something else.
+bool ReadNames(Scanner& scanner, std::vector<std::string>& names) {
+    do {
+        const std::string_view name = scanner.Name();
+        if (name.empty()) return false;
+        names.emplace_back(name);
+    } while (scanner.Take(','));
+    return true;
+}
+
 }  // namespace
 
 std::optional<SelectText> ReadSelect(std::string_view statement) {
     Scanner scanner(statement);
-    if (!scanner.TakeWord("SELECT")) return std::nullopt;
     SelectText parts;
-    do {
-        const std::string_view column = scanner.Name();
-        if (column.empty()) return std::nullopt;
-        parts.columns.emplace_back(column);
-    } while (scanner.Take(','));
-    if (!scanner.TakeWord("FROM")) return std::nullopt;
+    if (!scanner.TakeWord("SELECT") || !ReadNames(scanner, parts.columns) || !scanner.TakeWord("FROM"))
+        return std::nullopt;
     parts.table = scanner.Name();
     if (parts.table.empty() || !scanner.AtEnd()) return std::nullopt;
     return parts;
+}
+
+std::optional<SelectText> ReadInsert(std::string_view statement) {
+    Scanner scanner(statement);
+    SelectText parts;
+    if (!scanner.TakeWord("INSERT") || !scanner.TakeWord("INTO")) return std::nullopt;
+    parts.table = scanner.Name();
+    if (parts.table.empty() || !scanner.Take('(') || !ReadNames(scanner, parts.columns) || !scanner.Take(')') ||
+        !scanner.TakeWord("VALUES") || !scanner.Take('('))
+        return std::nullopt;
+    for (std::size_t k = 0; k < parts.columns.size(); ++k) {
+        if ((k > 0 && !scanner.Take(',')) || !scanner.Take('?')) return std::nullopt;
+    }
+    if (!scanner.Take(')') || !scanner.AtEnd()) return std::nullopt;
+    return parts;
+}
+
+std::string WriteSelect(const SelectText& parts) {
+    std::string text;
+    for (const std::string& column : parts.columns) text += (text.empty() ? "SELECT " : ",") + column;
+    return text + " FROM " + parts.table;
 }
 
 }  // namespace varnel::odbc

@@ -1,4 +1,6 @@
 // Rows put aside and sent together behave as if each had been sent alone.
+#include <malloc.h>
+
 #include "tests/providers_odbc/OdbcTest.h"
 
 namespace varnel {
@@ -37,10 +39,35 @@ protected:
 TEST_F(OdbcArrays, StoreEveryRowOnce) {
     const auto insert = Insert();
     ASSERT_GT(insert->QueueLimit(), 1u);
+    ASSERT_LT(insert->QueueLimit(), 1200u) << "more than two arrays are wanted";
     std::vector<std::vector<Value>> rows;
-    for (int id = 1; id <= 250; ++id) rows.push_back(Row(id, "n" + std::to_string(id)));
-    EXPECT_EQ(SendAll(*insert, rows), std::string(250, '.'));
-    EXPECT_EQ(Rows(*session_, "select count(*), sum(id), sum(n) from t"), "250;31375;31437.5;\n");
+    for (int id = 1; id <= 2500; ++id) rows.push_back(Row(id, "n" + std::to_string(id)));
+    EXPECT_EQ(SendAll(*insert, rows), std::string(2500, '.'));
+    EXPECT_EQ(Rows(*session_, "select count(*), sum(id), sum(n) from t"), "2500;3126250;3126875;\n");
+}
+
+TEST_F(OdbcArrays, LeaveNoTransactionBehind) {
+    const auto insert = Insert();
+    EXPECT_EQ(SendAll(*insert, {Row(1, "x"), Row(2, "x")}), "..");
+    insert->Execute(Row(3, "x"));
+    const auto other = LogIn();
+    EXPECT_EQ(Rows(*other, "select count(*) from t"), "3;\n");
+    EXPECT_EQ(SendAll(*insert, {Row(4, "x"), Row(4, "x")}), ".F");
+    session_->Execute("insert into t (id) values (5)");
+    EXPECT_EQ(Rows(*other, "select count(*) from t"), "5;\n");
+}
+
+TEST_F(OdbcArrays, KeepNoMemoryOfTheirMoments) {
+    session_->Execute("create or replace table t (at datetime(6))");
+    const ParameterInfo parameter[] = {{adDBTimeStamp}};
+    const auto insert = session_->Prepare("insert into t (at) values (?)", parameter);
+    const std::vector<std::vector<Value>> rows(50'000,
+                                               {Value::OfDateTime(FromCivil({1753, 12, 31, 23, 59, 58, 123'400}))});
+    SendAll(*insert, {rows[0], rows[1]});
+    const std::size_t before = mallinfo2().uordblks;
+    SendAll(*insert, rows);
+    EXPECT_LT(mallinfo2().uordblks, before + 400'000);
+    EXPECT_EQ(Rows(*session_, "select distinct cast(at as char) from t"), "1753-12-31 23:59:58.123400;\n");
 }
 
 TEST_F(OdbcArrays, CostOnlyTheRefusedRows) {

@@ -113,5 +113,16 @@ TEST(SelectText, KeepsNamesAsTheyAreWritten) {
     }
 }
 
+TEST(SelectText, ReadsAnInsertOfMarkers) {
+    const auto insert = ReadInsert("INSERT INTO o.T (ID, \"a b\") VALUES (?,?)");
+    ASSERT_TRUE(insert);
+    EXPECT_EQ(WriteSelect(*insert), "SELECT ID,\"a b\" FROM o.T");
+    for (const char* text :
+         {"insert into t values (?)", "insert into t (a) values (1)", "insert into t (a) values (?,?)",
+          "insert into t (a,b) values (?)", "insert into t (a) values (?) on duplicate key update"}) {
+        EXPECT_FALSE(ReadInsert(text)) << text;
+    }
+}
+
 }  // namespace
 }  // namespace varnel::odbc

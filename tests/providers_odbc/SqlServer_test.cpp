@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "ado/types/ValueText.h"
+#include "platform/DateTime.h"
 #include "platform/Error.h"
 #include "providers/odbc/OdbcProvider.h"
+#include "tests/support/CatalogText.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/tds/TdsServer.h"
 
@@ -24,6 +26,14 @@ protected:
     }
     TdsServer server_;
 };
+
+TEST_F(SqlServerTest, TellsItsTablesAndTheirColumns) {
+    const auto session = LogIn();
+    session->Execute("Create Table [dbo].[T 1]( [id] int not null primary key, [p] money, [n] nvarchar(20))");
+    EXPECT_EQ(TablesText(*session), "dbo.T 1");
+    EXPECT_EQ(ColumnsText(*session, "dbo", "T 1"),
+              "id Integer(10) int key assigned\np Currency(19) money\nn VarWchar(20) nvarchar\n");
+}
 
 TEST_F(SqlServerTest, CarriesEveryTypeThatTheLoadCreates) {
     const auto session = LogIn();
@@ -99,6 +109,93 @@ TEST_F(SqlServerTest, ArraysCostOnlyTheRefusedRows) {
     EXPECT_EQ(Rows(*session, "select count(*) from [dbo].[U]")[0][0].AsInteger(), 53);
     EXPECT_THROW(appender->Append(std::vector<Value>{Value::OfInteger(99), Value::OfText("longer than five")}, both),
                  Error);
+}
+
+/// A refused array goes again in parts, the part with the refused row one by one, and the next array together.
+TEST_F(SqlServerTest, EveryArrayMayBeRefused) {
+    const auto session = LogIn();
+    session->Execute("Create Table [dbo].[V]([id] int not null primary key)");
+    session->Execute("insert into [dbo].[V] ([id]) values (7)");
+    session->Execute("insert into [dbo].[V] ([id]) values (1250)");
+    const auto appender = session->OpenAppender("Select [id] FROM [dbo].[V]");
+    std::string seen;
+    const auto note = [&](const Error* error) { seen += error == nullptr ? '.' : 'F'; };
+    for (int id = 1; id <= 2500; ++id) {
+        appender->Queue(std::vector<Value>{Value::OfInteger(id)}, {true});
+        if (id % 1000 == 0) appender->Send(note);
+    }
+    appender->Send(note);
+    std::string expected(2500, '.');
+    expected[6] = expected[1249] = 'F';
+    EXPECT_EQ(seen, expected);
+    EXPECT_EQ(Rows(*session, "select count(*) from [dbo].[V]")[0][0].AsInteger(), 2500);
+}
+
+/// Each narrow column by its own collation's code page; what it lacks the server would make question marks of.
+TEST_F(SqlServerTest, NarrowColumnsHoldWhatTheirCollationHas) {
+    const auto session = LogIn();
+    session->Execute(
+        "Create Table [dbo].[N 1]([own] varchar(20), [cyrillic] varchar(20) COLLATE Cyrillic_General_CI_AS null, "
+        "[Polish] varchar(20) COLLATE Polish_CI_AS, [wide] nvarchar(20))");
+    const auto appender = session->OpenAppender("Select [own],[cyrillic],[polish],[wide] FROM [dbo].[N 1]");
+    const struct {
+        const char *text, *heldBy;
+    } kCases[] = {{"caf\u00e9", "own polish"},
+                  {"\u041f\u0440\u0438\u0432\u0435\u0442", "cyrillic"},
+                  {"\u0141\u00f3d\u017a", "polish"},
+                  {"\u20ac", "own cyrillic polish"},
+                  {"\u65e5", ""}};
+    const std::vector<std::string> names{"own", "cyrillic", "polish", "wide"};
+    for (const auto& row : kCases) {
+        for (std::size_t k = 0; k < names.size(); ++k) {
+            std::vector<Value> values(names.size());
+            std::vector<bool> assigned(names.size());
+            values[k] = Value::OfText(row.text);
+            assigned[k] = true;
+            const bool holds = names[k] == "wide" || std::string_view(row.heldBy).find(names[k]) != std::string::npos;
+            EXPECT_EQ(ErrorOf([&] { appender->Append(values, assigned); }).empty(), holds) << row.text << names[k];
+            if (!holds) continue;
+            const auto back = Rows(
+                *session, "select [" + names[k] + "] from [dbo].[N 1] where [" + names[k] + "]=N'" + row.text + "'");
+            ASSERT_EQ(back.size(), 1u) << row.text << names[k];
+            EXPECT_TRUE(back[0][0] == values[k]) << names[k] << back[0][0].AsText();
+        }
+    }
+}
+
+TEST_F(SqlServerTest, ValuesThatTheServerWouldRoundAreRefused) {
+    const auto session = LogIn();
+    session->Execute(
+        "Create Table [dbo].[R]([datetime] datetime, [minute] smalldatetime, [day] date, [fine] datetime2, "
+        "[amount] decimal(9,2))");
+    const auto moment = [](int second, int micros) {
+        return Value::OfDateTime(FromCivil({2003, 7, 15, 13, 5, second, micros}));
+    };
+    const struct {
+        const char* column;
+        Value value;
+        bool held;  ///< noise of up to 50 microseconds is none of the value
+    } kCases[] = {{"datetime", moment(9, 250'000), true},
+                  {"datetime", moment(9, 123'000), true},
+                  {"datetime", moment(9, 1'000), false},
+                  {"datetime", moment(9, 123'456), false},
+                  {"minute", moment(0, 0), true},
+                  {"minute", moment(9, 0), false},
+                  {"minute", moment(0, 2), true},
+                  {"datetime", moment(8, 999'999), true},
+                  {"day", Value::OfDateTime(FromCivil({2003, 7, 15, 0, 0, 0, 0})), true},
+                  {"day", moment(9, 0), false},
+                  {"fine", moment(9, 123'456), true},
+                  {"amount", Value::OfDouble(1.25), true},
+                  {"amount", Value::OfDouble(1.255), false},
+                  {"amount", Value::OfCurrency(12'501), false}};
+    for (const auto& row : kCases) {
+        const auto appender = session->OpenAppender("Select [" + std::string(row.column) + "] FROM [dbo].[R]");
+        EXPECT_EQ(ErrorOf([&] { appender->Append(std::vector<Value>{row.value}, {true}); }).empty(), row.held)
+            << row.column << " " << DefaultText(row.value);
+    }
+    EXPECT_TRUE(Rows(*session, "select max([minute]) FROM [dbo].[R]")[0][0] ==
+                Value::OfText("2003-07-15 13:05:00.000000"));
 }
 
 TEST_F(SqlServerTest, ErrorsKeepTheServersWords) {
