@@ -39,6 +39,7 @@ bool RowCopy::PutAside() {
     if (static_cast<std::size_t>(queued_) == queueLimit_) Settle();
     if (!trap_.Try([this] { target_.Queue(); })) return false;
     ++queued_;
+    lastPutAside_ = transfer_.attempted;
     return true;
 }
 
@@ -53,7 +54,7 @@ void RowCopy::Settle() {
     if (queued_ == 0) return;
     const std::int32_t attempted = transfer_.attempted;
     const bool rowOk = transfer_.rowOk;
-    transfer_.attempted -= std::exchange(queued_, 0);
+    transfer_.attempted = lastPutAside_ - std::exchange(queued_, 0);
     trap_.Try([&] {
         target_.Send([&](const Error* error) {
             ++transfer_.attempted;

@@ -36,7 +36,8 @@ private:
     FailedRow failedRow_;
     std::size_t queueLimit_ = 0;
     std::int32_t queued_ = 0;
-    bool moving_ = false;  ///< the source is asked for its next row
+    std::int32_t lastPutAside_ = 0;  ///< its number; those put aside before it have the numbers before
+    bool moving_ = false;            ///< the source is asked for its next row
 };
 
 }  // namespace varnel

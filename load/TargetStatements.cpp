@@ -70,6 +70,13 @@ std::string ColumnDefinition(const ColumnEntry& column, bool fromSource) {
     return text.name + tail;
 }
 
+/// A column as the statements that write rows name it.
+std::string ColumnInList(const std::string& name) {
+    const std::string& kind = SessionDef.TargetDBName;
+    if (kind == "MySQL") return " `" + name + "`";
+    return kind == "ACCESS" || kind == "MSSQL" ? " [" + name + "]" : name;
+}
+
 }  // namespace
 
 std::string DropStatement(std::int16_t i) {
@@ -88,6 +95,33 @@ std::string CreateStatement(std::int16_t i) {
     }
     statement.pop_back();
     return statement + "\r)";
+}
+
+std::vector<std::string> TargetColumns(std::int16_t i) {
+    const bool sourceNames = SourceTables(i).LoadOption == "DROP";
+    std::vector<std::string> names;
+    for (const ColumnEntry* column : SelectedColumns(DestTables(i).TabID)) {
+        names.push_back(sourceNames ? column->SCName : column->DCName);
+    }
+    return names;
+}
+
+WritingTexts BuildWritingTexts(std::int16_t i) {
+    const TableEntry& table = DestTables(i);
+    const std::string& kind = SessionDef.TargetDBName;
+    std::string list;
+    for (const std::string& name : TargetColumns(i)) list += ColumnInList(name) + ",";
+    if (!list.empty()) list.pop_back();
+    WritingTexts texts;
+    texts.select = "Select " + list + " FROM ";
+    if (kind == "MySQL") {
+        texts.insert = "INSERT INTO `" + table.TableName + "` (" + list + ") VALUES ";
+    } else {
+        texts.insert = "INSERT INTO " + table.TableName + " (" + list + ") VALUES (";
+    }
+    const bool quoted = kind == "ACCESS" || kind == "MSSQL" || kind == "MySQL";
+    texts.select += quoted ? TableInStatement(table) + " " : table.TableName;
+    return texts;
 }
 
 }  // namespace varnel

@@ -4,6 +4,7 @@
 #include "app/shared/SessionLog.h"
 #include "load/RecordValues.h"
 #include "load/RowCopy.h"
+#include "load/TargetStatements.h"
 #include "load/TransferSteps.h"
 #include "source/SourceQuery.h"
 #include "ui/ProgressForm.h"
@@ -11,32 +12,6 @@
 namespace varnel {
 
 namespace {
-
-/// The texts that write the target: "INSERT INTO T (ID,NAME) VALUES (" for an Oracle target, and the SELECT whose
-/// columns new records fill.
-struct TargetTexts {
-    std::string insert;
-    std::string select;
-};
-
-TargetTexts BuildTargetTexts(std::int16_t i) {
-    const TableEntry& table = DestTables(i);
-    const std::string& kind = SessionDef.TargetDBName;
-    const bool bracketed = kind == "ACCESS" || kind == "MSSQL";
-    std::string list;
-    for (const std::string& name : TargetColumns(i)) list += bracketed ? " [" + name + "]," : name + ",";
-    if (!list.empty()) list.pop_back();
-
-    TargetTexts texts{"INSERT INTO " + table.TableName + " (" + list + ") VALUES (", "Select " + list};
-    if (kind == "ACCESS") {
-        texts.select += " FROM [" + table.TableName + "] ";
-    } else if (kind == "MSSQL") {
-        texts.select += " FROM [" + table.OwnerName + "].[" + table.TableName + "] ";
-    } else {
-        texts.select += " FROM " + table.TableName;
-    }
-    return texts;
-}
 
 /// The transfer of one table; Run reads as the list of its steps.
 class RowTransfer {
@@ -71,7 +46,7 @@ private:
 
     Transfer transfer_;
     FailureTrap trap_;
-    TargetTexts target_;
+    WritingTexts target_;
     RowCopy* copying_ = nullptr;
 };
 
@@ -82,7 +57,7 @@ void RowTransfer::Announce() {
 }
 
 void RowTransfer::OpenSource() {
-    target_ = BuildTargetTexts(transfer_.i);
+    target_ = BuildWritingTexts(transfer_.i);
     trap_.Need([] { OpenSourceConnection(); });
     const SourceQueries queries = BuildSourceQueries(transfer_.i, "Select count(*) ", MySqlFrom::OwnerAndTable);
     const CursorTypeEnum countCursor = SessionDef.TargetDBName == "MSSQL" ? adOpenForwardOnly : adOpenKeyset;

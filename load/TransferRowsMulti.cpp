@@ -4,6 +4,7 @@
 #include "load/BatchInsert.h"
 #include "load/RecordValues.h"
 #include "load/RowCopy.h"
+#include "load/TargetStatements.h"
 #include "load/TransferRows.h"
 #include "load/TransferSteps.h"
 #include "source/SourceQuery.h"
@@ -35,7 +36,6 @@ public:
 private:
     void Announce();
     void OpenSource();
-    std::string ColumnList() const;
     void WriteBatches();
     void AddRow(BatchInsert& batch);
     void Send(BatchInsert& batch, std::string_view ending);
@@ -68,18 +68,10 @@ void MultiRowTransfer::OpenSource() {
     trap_.Need([&] { OpenSourceRows(queries.select, adOpenForwardOnly); });
 }
 
-/// " `id`, `name`"
-std::string MultiRowTransfer::ColumnList() const {
-    std::string list;
-    for (const std::string& name : TargetColumns(transfer_.i)) list += " `" + name + "`,";
-    if (!list.empty()) list.pop_back();
-    return list;
-}
-
 void MultiRowTransfer::WriteBatches() {
     command_.CommandType = adCmdText;
     trap_.Need([&] { command_.SetActiveConnection(SessionDef.TargetConnStr); });
-    BatchInsert batch("INSERT INTO `" + DestTables(transfer_.i).TableName + "` (" + ColumnList() + ") VALUES ");
+    BatchInsert batch(BuildWritingTexts(transfer_.i).insert);
     StartProgress(transfer_);
     for (auto at = TestSource(trap_); at != SourcePosition::AtEnd; at = TestSource(trap_)) {
         if (at == SourcePosition::Broken) continue;
@@ -137,8 +129,7 @@ void MultiRowTransfer::WriteRecordByRecord() {
     });
     trap_.Need([&] {
         DestRs = std::make_unique<Recordset>();
-        DestRs->Open("Select " + ColumnList() + " FROM `" + DestTables(transfer_.i).TableName + "` ", *DestConn,
-                     adOpenStatic, adLockOptimistic);
+        DestRs->Open(BuildWritingTexts(transfer_.i).select, *DestConn, adOpenStatic, adLockOptimistic);
     });
     RecordRows rows([](const Field& from, const Field&, Value& scratch) -> const Value& {
         return MySqlRecordValue(from.Type(), from.GetValue(), scratch);

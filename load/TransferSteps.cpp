@@ -4,19 +4,9 @@
 #include "ado/types/ValueText.h"
 #include "app/flags/SharedFlags.h"
 #include "app/shared/SessionLog.h"
-#include "source/SourceQuery.h"
 #include "ui/ProgressForm.h"
 
 namespace varnel {
-
-std::vector<std::string> TargetColumns(std::int16_t i) {
-    const bool sourceNames = SourceTables(i).LoadOption == "DROP";
-    std::vector<std::string> names;
-    for (const ColumnEntry* column : SelectedColumns(DestTables(i).TabID)) {
-        names.push_back(sourceNames ? column->SCName : column->DCName);
-    }
-    return names;
-}
 
 void OpenSourceConnection() {
     SrcConn = std::make_unique<Connection>();

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "app/shared/FailureTrap.h"
 #include "repository/model/SessionModel.h"
@@ -21,9 +20,6 @@ struct Transfer {
     bool rowOk = true;           ///< no failure yet in the row at hand
     RowCounter counter = {};     ///< Label2's text, once the progress has started
 };
-
-/// The target column names of table i, in order: DCName, or SCName when the load option is "DROP".
-std::vector<std::string> TargetColumns(std::int16_t i);
 
 /// Creates SrcConn anew and opens it on the source. Throws Error.
 void OpenSourceConnection();

@@ -67,6 +67,10 @@ int RenameNeverReplacing(const std::string& from, const std::string& to) {
     return errno == EINVAL || errno == ENOSYS ? RenameWithoutFlags(from, to) : errno;
 }
 
+int AccessRefusal(const std::string& path, int rights) {
+    return access(path.c_str(), rights) == 0 ? 0 : errno;
+}
+
 }  // namespace
 
 std::string FileErrorText(int code, std::string_view storedPath, bool folderMissing) {
@@ -139,17 +143,29 @@ void RenameFile(std::string_view storedFrom, std::string_view storedTo) {
     ThrowFileError(code, place, isTargets || !NameExists(FolderOf(from)));
 }
 
+std::string WhyNotWritable(std::string_view storedPath) {
+    const std::string path = LocalPath(storedPath);
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0) {
+        const int refusal = S_ISDIR(status.st_mode) ? EISDIR : AccessRefusal(path, W_OK);
+        return refusal == 0 ? "" : FileErrorText(refusal, storedPath);
+    }
+    const int refusal = AccessRefusal(FolderOf(path), W_OK | X_OK);
+    return refusal == 0 ? "" : FileErrorText(refusal, storedPath, refusal == ENOENT);
+}
+
 bool FileExists(std::string_view storedPath) {
     struct stat status {};
     return stat(LocalPath(storedPath).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
 OutputFile::OutputFile(std::string_view storedPath, Mode mode) : path_(storedPath) {
-    const int flags =
-        O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | (mode == Mode::Append ? O_APPEND : O_APPEND | O_TRUNC);
+    const bool isPrivate = mode == Mode::NewPrivate;
+    const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_APPEND | (mode == Mode::Truncate ? O_TRUNC : 0) |
+                      (isPrivate ? O_EXCL : 0);
     const std::string local = LocalPath(storedPath);
     do {
-        descriptor_ = open(local.c_str(), flags, 0666);
+        descriptor_ = open(local.c_str(), flags, isPrivate ? 0600 : 0666);
     } while (descriptor_ < 0 && errno == EINTR);
     if (descriptor_ < 0) ThrowFileError(errno, storedPath, true);
 }

@@ -18,6 +18,10 @@ void RenameFile(std::string_view storedFrom, std::string_view storedTo);
 
 bool FileExists(std::string_view storedPath);
 
+/// "" when a file at the path could be made or written to, else why not, in the words of FileErrorText. Touches
+/// nothing. Throws Error{Io} for a drive or share that is not there.
+std::string WhyNotWritable(std::string_view storedPath);
+
 /// "Path not found: '/data/x.log'": the text for errno value code at a stored path. folderMissing: whether ENOENT is
 /// the folder's (Path not found) or the file's (File not found).
 std::string FileErrorText(int code, std::string_view storedPath, bool folderMissing = false);
@@ -25,7 +29,8 @@ std::string FileErrorText(int code, std::string_view storedPath, bool folderMiss
 /// A text file opened for writing. Every write goes to the system at once, so that a reader of the file sees each line.
 class OutputFile {
 public:
-    enum class Mode { Append, Truncate };
+    /// NewPrivate: the file may not exist, and only its owner can read it.
+    enum class Mode { Append, Truncate, NewPrivate };
     OutputFile() = default;
     /// Throws Error{Io}.
     OutputFile(std::string_view storedPath, Mode mode);

@@ -9,10 +9,22 @@
 
 namespace varnel {
 
-bool OutputIsTerminal() {
+namespace {
+
+bool IsTerminal(int descriptor) {
     const char* kind = std::getenv("TERM");
     const bool dumb = kind == nullptr || std::string_view(kind) == "dumb" || std::string_view(kind).empty();
-    return !dumb && isatty(STDOUT_FILENO) == 1;
+    return !dumb && isatty(descriptor) == 1;
+}
+
+}  // namespace
+
+bool OutputIsTerminal() {
+    return IsTerminal(STDOUT_FILENO);
+}
+
+bool ErrorsGoToTerminal() {
+    return IsTerminal(STDERR_FILENO);
 }
 
 bool CanAskAtTerminal() {

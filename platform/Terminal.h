@@ -9,6 +9,8 @@ namespace varnel {
 
 /// Standard output is a terminal that understands cursor movements.
 bool OutputIsTerminal();
+/// The same for standard error.
+bool ErrorsGoToTerminal();
 /// Somebody at a terminal can be asked: standard input and output are one, and the process is in its foreground.
 bool CanAskAtTerminal();
 /// Columns of the terminal at standard output; 80 when it does not say.

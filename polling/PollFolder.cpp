@@ -1,5 +1,6 @@
 #include "polling/PollFolder.h"
 
+#include <optional>
 #include <vector>
 
 #include "app/flags/SharedFlags.h"
@@ -35,21 +36,22 @@ void AddFile(const RowFields& row, std::int16_t i, const std::string& name) {
 
 }  // namespace
 
-void PollFolderTables(std::int16_t SessionID) {
+void PollFolderTables(std::int16_t SessionID, PolledFolder folder) {
     const std::vector<std::string> files = ListFiles(SessionDef.FolderName, SessionDef.FPattern);
     if (files.empty()) return ReportNoMatch();
     SourceTables(0).TableName = files.front();
-    SchemaIniWriter schema(SessionDef.FolderName, files);
-    schema.AddSection(SourceTables(0));
+    std::optional<SchemaIniWriter> schema;
+    if (folder == PolledFolder::WriteSchemaIni) schema.emplace(SessionDef.FolderName, files);
+    if (schema) schema->AddSection(SourceTables(0));
 
     OpenSessionRows("vrtabs", SessionID);
     const RowFields row(*RepoRs, "vrtabs", SessionID);
     for (std::size_t i = 1; i < files.size(); ++i) {
         AddFile(row, static_cast<std::int16_t>(i), files[i]);
-        schema.AddSection(SourceTables(i));
+        if (schema) schema->AddSection(SourceTables(i));
     }
     RepoRs->Close();
-    schema.Close();
+    if (schema) schema->Close();
 }
 
 void PollFolderColumns(std::int16_t SessionID, std::int16_t TabID, const std::string& TableName) {

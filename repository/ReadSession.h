@@ -5,12 +5,15 @@
 
 #include <cstdint>
 
+#include "polling/PollFolder.h"
+
 namespace varnel {
 
 /// Fills SessionDef from the first row of the table sessions with this number.
 void ReadSession(std::int16_t SessionID);
 /// Fills SourceTables and DestTables from the table vrtabs, and the text-target settings of SessionDef.
-void ReadTables(std::int16_t SessionID);
+/// folder: what is done to a polled one.
+void ReadTables(std::int16_t SessionID, PolledFolder folder = PolledFolder::WriteSchemaIni);
 /// Fills Columns from the table SrcDCols.
 void ReadColumns(std::int16_t SessionID);
 

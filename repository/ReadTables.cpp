@@ -1,5 +1,4 @@
 #include "app/flags/SharedFlags.h"
-#include "polling/PollFolder.h"
 #include "repository/ReadSession.h"
 #include "repository/model/EntryFields.h"
 #include "repository/model/RepositoryQuery.h"
@@ -30,7 +29,7 @@ void ReadBothSides(std::int16_t SessionID, std::int16_t count) {
 
 }  // namespace
 
-void ReadTables(std::int16_t SessionID) {
+void ReadTables(std::int16_t SessionID, PolledFolder folder) {
     const double count = CountSessionRows("vrtabs", SessionID);
     if (count == 0) {
         RepoOk = false;
@@ -39,7 +38,7 @@ void ReadTables(std::int16_t SessionID) {
         DestTables.Resize(static_cast<std::size_t>(count));
         ReadBothSides(SessionID, SourceTables.Count());
     }
-    if (SessionDef.SourceDBName == "TEXTPOLL") PollFolderTables(SessionID);
+    if (SessionDef.SourceDBName == "TEXTPOLL") PollFolderTables(SessionID, folder);
 }
 
 }  // namespace varnel

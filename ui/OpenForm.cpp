@@ -17,8 +17,8 @@ namespace {
 
 /// "" when it is nowhere.
 std::string ModuleFile() {
-    for (const char* folder : {"/", "/../lib/varnel/"}) {
-        std::string file = FolderOfExecutable() + folder + kWindowModule;
+    for (const char* folder : {".", kInstalledModules}) {
+        std::string file = FolderOfExecutable() + "/" + folder + "/" + kWindowModule;
         std::error_code unseen;
         if (std::filesystem::exists(file, unseen)) return file;
     }

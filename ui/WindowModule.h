@@ -20,7 +20,8 @@ struct WindowRequest {
 /// with the reason in request->refusal. It never ends the process and never waits for a person.
 using OpenWindowFunction = ProgressForm*(WindowRequest* request);
 inline constexpr char kOpenWindowName[] = "VarnelOpenWindow";
-/// The module's file, beside the program or in ../lib/varnel seen from there.
+/// The module's file, beside the program or, once installed, in this folder seen from there.
 inline constexpr char kWindowModule[] = "varnel-window.so";
+inline constexpr char kInstalledModules[] = "../lib/varnel/modules";
 
 }  // namespace varnel

@@ -8,7 +8,7 @@ namespace varnel {
 
 /// How many rows of a table belong to the session; leaves RepoRs closed.
 double CountSessionRows(const std::string& table, std::int16_t SessionID);
-/// Opens RepoRs on the session's rows of a table.
+/// Opens RepoRs on the session's rows of a table, in the order of its primary key.
 void OpenSessionRows(const std::string& table, std::int16_t SessionID);
 
 }  // namespace varnel

@@ -2,32 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <regex>
-
-#include "ado/SessionLease.h"
-#include "app/flags/SharedFlags.h"
-#include "app/shared/RunTally.h"
-#include "app/shared/SessionLog.h"
-#include "providers/ProviderList.h"
-#include "repository/model/SessionModel.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/RecordedRun.h"
 #include "tests/support/TestRepository.h"
-#include "ui/RecordingForm.h"
 
 namespace varnel {
 namespace {
 
-/// Exports from a SQLite file, with the session model filled by hand and a recording window.
-class ExportToTextTest : public testing::Test {
+/// Exports from a SQLite file, with the session model filled by hand: what the log says and, next to it, the window.
+class ExportToTextTest : public RecordedRun {
 protected:
-    void SetUp() override {
-        SetProviders(AllProviders());
-        auto form = std::make_unique<RecordingForm>();
-        form_ = form.get();
-        UseProgressForm(std::move(form));
-        ShowOutput = true;
-        Tally = {};
+    ExportToTextTest() {
         SessionDef.SessionName = "Out";
         SessionDef.SourceDBName = "ACCESS";
         SessionDef.TargetDBName = "TEXT";
@@ -40,13 +24,6 @@ protected:
         SessionDef.DFirstColLine = true;
         Execute("Create Table [Goods] ([ID] Long, [NAME] Text(10), [PRICE] Currency, [ACTIVE] YesNo)");
         Execute("Insert Into [Goods] values (42,'Smith ',12.5,True)");
-    }
-    void TearDown() override {
-        CloseLog();
-        ResetSessionModel();
-        ResetSharedFlags();
-        UseProgressForm(nullptr);
-        CloseIdleSessions();
     }
 
     void Execute(const std::string& statement) { ExecuteOn(SessionDef.SourceConnStr, statement); }
@@ -77,15 +54,7 @@ protected:
         log_ = Timeless(ReadBytes(folder_.File("run.log")));
         window_ = Timeless(form_->logTxt);
     }
-    static std::string Timeless(const std::string& text) {
-        static const std::regex moment("[0-9]+/[0-9]+/[0-9]{4}( [0-9]+:[0-9]+:[0-9]+ [AP]M)?");
-        return std::regex_replace(text, moment, "NOW");
-    }
     std::string Output(const std::string& table) { return ReadBytes(folder_.File(table + ".txt")); }
-
-    TempFolder folder_;
-    RecordingForm* form_ = nullptr;
-    std::string log_, window_;
 };
 
 const std::string kHead = "Starting Session Out\r\n\r\nStart Time is :NOW\r\n\r\n";
@@ -103,18 +72,9 @@ TEST_F(ExportToTextTest, WritesTheDelimitedLayout) {
     EXPECT_EQ(form_->events, 1);
 }
 
-TEST_F(ExportToTextTest, WritesTheFixedLayout) {
-    SessionDef.FileFormat = "FIXED";
-    SessionDef.TextDirDest = "C:\\Out\\";
-    AddGoods();
-    Run();
-    EXPECT_EQ(Output("Goods"),
-              "ID     NAME      PRICE                ACTIV\r\n     42Smith                      12.5True \r\n");
-    EXPECT_NE(log_.find(":C:\\Out\\Goods.txt\r\n"), std::string::npos);
-}
-
 TEST_F(ExportToTextTest, SkipsLongColumnsInTheFixedLayoutAndEmptyTables) {
     SessionDef.FileFormat = "FIXED";
+    SessionDef.TextDirDest = "C:\\Out\\";
     Execute("Create Table [Long] ([ID] Long, [M] Memo)");
     Execute("Insert Into [Long] values (1,'m')");
     Execute("Create Table [Empty] ([ID] Long)");
@@ -132,22 +92,6 @@ TEST_F(ExportToTextTest, SkipsLongColumnsInTheFixedLayoutAndEmptyTables) {
     EXPECT_EQ(Tally.failures, 0);
 }
 
-TEST_F(ExportToTextTest, ReportsACharacterWithoutAPlaceAndLeavesItsCellEmpty) {
-    Execute("Insert Into [Goods] values (43,'\xC5\x81\xC3\xB3\x64\xC5\xBA',1,False)");
-    Execute("Insert Into [Goods] values (44,'caf\xC3\xA9',1,False)");
-    AddGoods();
-    Run();
-    EXPECT_EQ(Output("Goods"),
-              "ID,NAME,PRICE,ACTIVE\r\n42,'Smith',12.5,True\r\n43,,1,False\r\n44,'caf\xE9',1,False\r\n");
-    EXPECT_NE(log_.find("\r\nError Loading Row:1\r\n"), std::string::npos) << log_;
-    EXPECT_NE(log_.find("CharacterSet=65001"), std::string::npos);
-    EXPECT_NE(log_.find("\r\n2 Rows Loaded\r\n"), std::string::npos);
-    EXPECT_EQ(Tally.failures, 1);
-    SessionDef.TargetConnStr = "Extended Properties=\"text;CharacterSet=65001\"";
-    Run();
-    EXPECT_NE(Output("Goods").find("\xC5\x81\xC3\xB3\x64\xC5\xBA"), std::string::npos);
-}
-
 TEST_F(ExportToTextTest, EndsTheRunAtTheFiftyFirstFailure) {
     for (int k = 0; k < 60; ++k) Execute("Insert Into [Goods] values (1,'\xC5\x81',1,False)");
     AddGoods();
@@ -158,17 +102,6 @@ TEST_F(ExportToTextTest, EndsTheRunAtTheFiftyFirstFailure) {
     EXPECT_EQ(Tally.failures, 51);
     EXPECT_FALSE(std::filesystem::exists(folder_.File("Goods2.txt")));
     EXPECT_TRUE(Output("Goods").starts_with("ID,NAME,PRICE,ACTIVE\r\n42,'Smith',12.5,True\r\n1,,1,False\r\n"));
-}
-
-TEST_F(ExportToTextTest, CountsEveryStepThatAMissingTableOrFolderBreaks) {
-    AddTable("Nowhere", {{"ID", "INTEGER", 0}});
-    AddGoods();
-    DestTables(1).TableName = folder_.File("missing/Goods.txt");
-    Run();
-    EXPECT_TRUE(std::filesystem::exists(folder_.File("Nowhere.txt")));
-    EXPECT_GT(Tally.failures, 3);
-    EXPECT_NE(log_.find("Path not found"), std::string::npos) << log_;
-    EXPECT_TRUE(log_.ends_with(kTail)) << log_;
 }
 
 TEST_F(ExportToTextTest, StopsAfterTheLineAtHandOnACancel) {

@@ -1,50 +1,23 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <regex>
-
-#include "ado/SessionLease.h"
 #include "app/RunSession.h"
-#include "app/flags/SharedFlags.h"
-#include "app/shared/RunTally.h"
-#include "app/shared/SessionLog.h"
-#include "platform/Signals.h"
 #include "platform/StoredPath.h"
-#include "providers/ProviderList.h"
-#include "repository/model/SessionModel.h"
-#include "tests/support/TempFolder.h"
+#include "tests/support/RecordedRun.h"
 #include "tests/support/TestRepository.h"
-#include "ui/RecordingForm.h"
 
 namespace varnel {
 namespace {
 
-const std::string kEnd = "\r\n";
-
-/// Sessions run inside the test, with a recording window.
-class LoadSessionTest : public testing::Test {
+/// Sessions run inside the test: what their log says and, next to it, their window.
+class LoadSessionTest : public RecordedRun {
 protected:
-    void SetUp() override {
-        SetProviders(AllProviders());
+    LoadSessionTest() {
         SetApplicationFolder(folder_.Path());
         repository_ = std::make_unique<TestRepository>(folder_.Path());
-        auto form = std::make_unique<RecordingForm>();
-        form_ = form.get();
-        UseProgressForm(std::move(form));
-        ShowOutput = true;
-        Tally = {};
         session_.sourceConnection = SqliteConnection(folder_.File("source.db"));
         session_.targetConnection = SqliteConnection(folder_.File("target.db"));
         session_.log = folder_.File("run.log");
         ExecuteOn(session_.targetConnection, "Create Table [made_to_exist] ([a] Long)");
-    }
-    void TearDown() override {
-        CloseLog();
-        ResetSessionModel();
-        ResetSharedFlags();
-        UseProgressForm(nullptr);
-        CloseIdleSessions();
     }
 
     /// A source table of rows 1 to count, and the session's table for it.
@@ -56,35 +29,21 @@ protected:
         }
         return {name, name + "_copy", {{"ID", "Integer", 4}, {"NAME", "VarWchar", 20}}, false, "", "", "", "", ""};
     }
-    TestTable& WithDefinition(TestTable& table) {
+    static TestTable& WithDefinition(TestTable& table) {
         table.columns[0].targetType = "Long";
         table.columns[1].targetType = "Text";
         return table;
     }
-
-    /// Runs the session and returns the log and the window with every moment as NOW and every span as SPAN.
     void Run() {
         repository_->Add(session_);
         RunSession(static_cast<std::int16_t>(session_.id));
-        log_ = Timeless(FileExistsIn(session_.log) ? ReadBytes(session_.log) : "");
+        if (std::filesystem::exists(session_.log)) log_ = Timeless(ReadBytes(session_.log));
         window_ = Timeless(form_->logTxt);
     }
-    static bool FileExistsIn(const std::string& path) { return std::filesystem::is_regular_file(path); }
-    static std::string Timeless(const std::string& text) {
-        static const std::regex moment("[0-9]+/[0-9]+/[0-9]{4}( [0-9]+:[0-9]+:[0-9]+ [AP]M)?");
-        static const std::regex span("[0-9]+ Hrs [0-9]+ Min [0-9]+ Sec");
-        return std::regex_replace(std::regex_replace(text, moment, "NOW"), span, "SPAN");
-    }
     std::string Target(const std::string& query) { return AskRows(session_.targetConnection, query); }
-    std::string ErrorLog() {
-        return FileExistsIn(folder_.File("Varnel.log")) ? ReadBytes(folder_.File("Varnel.log")) : "";
-    }
 
-    TempFolder folder_;
     std::unique_ptr<TestRepository> repository_;
-    RecordingForm* form_ = nullptr;
     TestSession session_;
-    std::string log_, window_;
 };
 
 const std::string kLogHead = "Starting Session Test\r\n\r\nStart Time is :NOW\r\n\r\nStarter loading at :NOW\r\n";
@@ -169,45 +128,6 @@ TEST_F(LoadSessionTest, GoesOnWithTheNextTableAfterAFailedPreparation) {
     EXPECT_EQ(ExitStatus(Tally), 1);
 }
 
-TEST_F(LoadSessionTest, SurvivesFiftyBadRowsAndGivesUpAtTheNext) {
-    for (const int bad : {50, 51}) {
-        const std::string name = "bad" + std::to_string(bad);
-        TestTable table = NumberedTable(name, 60);
-        table.exists = true;
-        table.option = "append";
-        ExecuteOn(session_.targetConnection,
-                  "Create Table [" + name + "_copy] ([ID] Long PRIMARY KEY, [NAME] Text(20))");
-        for (int k = 1; k <= bad; ++k) {
-            ExecuteOn(session_.targetConnection,
-                      "Insert Into [" + name + "_copy] values (" + std::to_string(k) + ",'old')");
-        }
-        session_.tables.push_back(table);
-    }
-    Run();
-    EXPECT_NE(log_.find(" 10 Rows Loaded\r\n"), std::string::npos);
-    EXPECT_EQ(Target("Select count(*) from [bad50_copy]"), "60");
-    const std::string aborting = "\r\nAborting Loading Rows for Table :bad51 As Errors Exceeded 50 Allowed\r\n";
-    EXPECT_NE(log_.find(aborting + "Time Elapsed :SPAN\r\n" + kLogTail), std::string::npos)
-        << log_.substr(log_.size() - 800);
-    EXPECT_EQ(Target("Select count(*) from [bad51_copy]"), "51");
-    EXPECT_NE(window_.find("\r\nError Loading Row:50\r\n0 "), std::string::npos);
-    EXPECT_EQ(Tally.failures, 101);
-    EXPECT_EQ(repository_->Ask("select SessionError from sessions"), "0");
-}
-
-TEST_F(LoadSessionTest, ReportsATableThatCannotBeOpenedOnceAndLoadsTheRest) {
-    TestTable missing{"nowhere", "made_to_exist", {{"a", "Integer", 4}}, true, "append", "", "", "", ""};
-    TestTable good = NumberedTable("C", 1);
-    session_.tables = {missing, WithDefinition(good)};
-    Run();
-    const std::size_t aborting =
-        log_.find("Aborting Loading Rows for Table :nowhere As Errors Exceeded 50 Allowed\r\n");
-    ASSERT_NE(aborting, std::string::npos) << log_;
-    EXPECT_EQ(log_.find(" 0 Rows Loaded"), std::string::npos);
-    EXPECT_NE(log_.find(" 1 Rows Loaded", aborting), std::string::npos);
-    EXPECT_EQ(Tally.failures, 2);  // the count and the rows
-}
-
 TEST_F(LoadSessionTest, StopsAfterTheCurrentRowOnACancel) {
     TestTable first = NumberedTable("A", 45);
     TestTable second = NumberedTable("B", 5);
@@ -223,100 +143,13 @@ TEST_F(LoadSessionTest, StopsAfterTheCurrentRowOnACancel) {
     EXPECT_EQ(ExitStatus(Tally), 3);
 }
 
-TEST_F(LoadSessionTest, WritesAnOracleTargetByParametersAndItsLongTablesByRecords) {
-    session_.targetKind = "ORACLE";
-    ExecuteOn(session_.sourceConnection, "Create Table [S] ([ID] Long, [OK] YesNo, [P] Currency)");
-    ExecuteOn(session_.sourceConnection, "Insert Into [S] values (1,1,12.5)");
-    ExecuteOn(session_.sourceConnection, "Insert Into [S] values (2,0,NULL)");
-    ExecuteOn(session_.sourceConnection, "Insert Into [S] values (3,NULL,0.0001)");
-    ExecuteOn(session_.sourceConnection, "Create Table [L] ([OK] YesNo, [M] Memo)");
-    ExecuteOn(session_.sourceConnection, "Insert Into [L] values (1,'long')");
-    TestTable plain{"S",  "S2",   {{"ID", "Integer", 4}, {"OK", "Boolean", 1}, {"P", "Currency", 19, 4}},
-                    true, "DROP", "",
-                    "",   "",     ""};
-    TestTable longTable{"L", "L2", {{"OK", "Boolean", 1}, {"M", "LongVarWChar", 0}}, true, "DROP", "", "", "", ""};
-    ExecuteOn(session_.targetConnection, "Create Table S2 (x Long)");
-    ExecuteOn(session_.targetConnection, "Create Table L2 (x Long)");
-    session_.tables = {plain, longTable};
+TEST_F(LoadSessionTest, SaysInTheWindowThatNothingMatchesThePattern) {
+    session_.sourceKind = "TEXTPOLL";
+    session_.folder = folder_.MakeFolder("in");
+    session_.pattern = "*.csv";
+    session_.tables = {{"template", "target", {{"a", "Integer", 4}}}};
     Run();
-    EXPECT_EQ(Target("Select * from S2"), "1|T|12.5\n2|F|NULL\n3|NULL|0.0001") << log_;
-    EXPECT_EQ(Target("Select * from L2"), "T|long") << log_;
-    EXPECT_EQ(ExitStatus(Tally), 0);
-}
-
-TEST_F(LoadSessionTest, CountsARunWithoutALogAsOneWithErrors) {
-    session_.log = "";
-    TestTable table = NumberedTable("A", 1);
-    session_.tables = {WithDefinition(table)};
-    Run();
-    EXPECT_EQ(repository_->Ask("select SessionError from sessions"), "1");
-    EXPECT_EQ(Target("Select count(*) from [A_copy]"), "1");
-    EXPECT_EQ(ExitStatus(Tally), 0);
-}
-
-TEST_F(LoadSessionTest, EndsThroughTheErrorLogWhenTheSessionLogCannotBeWritten) {
-    session_.log = "/dev/full";
-    TestTable table = NumberedTable("A", 1);
-    session_.tables = {WithDefinition(table)};
-    Run();
-    EXPECT_TRUE(ErrorLog().starts_with("Error Occurred in Running Session ID:1\r\n\r\nDisk full")) << ErrorLog();
-    EXPECT_EQ(repository_->Ask("select LastRunDate from sessions"), "NULL");
-    EXPECT_EQ(ExitStatus(Tally), 2);
-}
-
-TEST_F(LoadSessionTest, NamesSessionTableAndColumnOfABadDefinition) {
-    struct Case {
-        const char *change, *said;
-    };
-    const Case cases[] = {
-        {"update sessions set SourceConnStr=Null",
-         "Invalid use of Null (column SourceConnStr of table sessions, session 1)"},
-        {"update vrtabs set TabID=70000", "Overflow (column TabID of table vrtabs, session 1)"},
-        {"update SrcDCols set SDtype=Null", "Invalid use of Null (column SDtype of table SrcDCols, session 1)"},
-    };
-    TestTable table = NumberedTable("A", 1);
-    session_.tables = {WithDefinition(table)};
-    repository_->Add(session_);
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.change);
-        const std::string before = ErrorLog();
-        repository_->Execute(c.change);
-        RunSession(1);
-        EXPECT_EQ(ErrorLog(), before + "Error Occurred in Running Session ID:1\r\n\r\n" + c.said + "\r\n");
-        EXPECT_FALSE(FileExistsIn(session_.log));
-        repository_->Execute("delete from sessions");
-        repository_->Execute("delete from vrtabs");
-        repository_->Execute("delete from SrcDCols");
-        ResetSessionModel();
-        repository_->Add(session_);
-    }
-}
-
-TEST_F(LoadSessionTest, OnlyRecordsTheDateOfASessionWithoutTables) {
-    repository_->Add(session_);
-    RunSession(1);
-    RunSession(2);
-    EXPECT_FALSE(FileExistsIn(session_.log));
-    EXPECT_EQ(ErrorLog(), "");
-    EXPECT_EQ(repository_->Ask("select SessionError from sessions"), "0");
-    EXPECT_EQ(ExitStatus(Tally), 0);
-}
-
-TEST_F(LoadSessionTest, RefusesAnAbsentAnEmptyAndAForeignRepository) {
-    ResetSessionModel();
-    CloseIdleSessions();
-    const std::string path = folder_.File("vrrepo.mdb");
-    std::filesystem::remove(path);
-    RunSession(1);
-    WriteBytes(path, "");
-    RunSession(1);
-    WriteBytes(path, std::string(4096, 'x'));
-    RunSession(1);
-    const std::string head = "Error Occurred in Running Session ID:1\r\n\r\n";
-    const std::string log = ErrorLog();
-    EXPECT_TRUE(log.starts_with(head + "Could not find file")) << log;
-    EXPECT_NE(log.find("\r\n" + head + "Unrecognized database format"), std::string::npos) << log;
-    EXPECT_EQ(std::count(log.begin(), log.end(), '\r'), 9) << log;
+    EXPECT_EQ(window_, "No Files Found Matching the Pattern:*.csv in Folder:" + session_.folder);
 }
 
 }  // namespace

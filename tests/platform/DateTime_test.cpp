@@ -14,18 +14,13 @@ CivilTime Civil(int year, int month, int day, int hour = 0, int minute = 0, int 
 }
 
 TEST(DateTimeTest, CountsDaysFromTheAutomationEpoch) {
-    struct Case {
+    const struct {
         CivilTime civil;
         std::int32_t days;
-    };
-    for (const auto& [civil, days] : {Case{Civil(1899, 12, 30), 0},
-                                      {Civil(1899, 12, 31), 1},
-                                      {Civil(1900, 2, 28), 60},
-                                      {Civil(1900, 3, 1), 61},
-                                      {Civil(1970, 1, 1), 25569},
-                                      {Civil(2000, 2, 29), 36585},
-                                      {Civil(100, 1, 1), kFirstDay},
-                                      {Civil(9999, 12, 31), kLastDay}}) {
+    } cases[] = {{Civil(1899, 12, 30), 0},      {Civil(1899, 12, 31), 1},       {Civil(1900, 2, 28), 60},
+                 {Civil(1900, 3, 1), 61},       {Civil(1970, 1, 1), 25569},     {Civil(2000, 2, 29), 36585},
+                 {Civil(100, 1, 1), kFirstDay}, {Civil(9999, 12, 31), kLastDay}};
+    for (const auto& [civil, days] : cases) {
         EXPECT_EQ(FromCivil(civil).days, days) << civil.year;
     }
 }
@@ -56,16 +51,12 @@ TEST(DateTimeTest, RefusesFieldsThatAreNoMoment) {
 }
 
 TEST(DateTimeTest, AutomationDatesCountTheTimeForward) {
-    struct Case {
+    const struct {
         double days;
         CivilTime civil;
-    };
-    for (const auto& [days, civil] : {Case{-1.25, Civil(1899, 12, 29, 6)},
-                                      {0.25, Civil(1899, 12, 30, 6)},
-                                      {-0.25, Civil(1899, 12, 30, 6)},
-                                      {1.75, Civil(1899, 12, 31, 18)},
-                                      {-657434.0, Civil(100, 1, 1)},
-                                      {2.9999999999999, Civil(1900, 1, 2)}}) {
+    } cases[] = {{-1.25, Civil(1899, 12, 29, 6)}, {0.25, Civil(1899, 12, 30, 6)}, {-0.25, Civil(1899, 12, 30, 6)},
+                 {1.75, Civil(1899, 12, 31, 18)}, {-657434.0, Civil(100, 1, 1)},  {2.9999999999999, Civil(1900, 1, 2)}};
+    for (const auto& [days, civil] : cases) {
         EXPECT_EQ(FromAutomationDate(days), FromCivil(civil)) << days;
     }
     EXPECT_EQ(ToAutomationDate(FromCivil(Civil(1899, 12, 29, 6))), -1.25);

@@ -19,21 +19,6 @@ int StatusOfChild(Body&& body) {
     return status;
 }
 
-TEST(SignalsTest, TheFirstIsNotedTheSecondEnds) {
-    for (const int second : {SIGINT, SIGTERM, SIGHUP}) {
-        const int status = StatusOfChild([&] {
-            NoteCancelSignals();
-            if (CancelSignalNoted()) return 1;
-            std::raise(SIGTERM);
-            if (!CancelSignalNoted()) return 2;
-            std::raise(second);
-            return 3;
-        });
-        ASSERT_TRUE(WIFSIGNALED(status)) << WEXITSTATUS(status);
-        EXPECT_EQ(WTERMSIG(status), second);
-    }
-}
-
 TEST(SignalsTest, WhatWasIgnoredStaysIgnored) {
     const int status = StatusOfChild([] {
         std::signal(SIGHUP, SIG_IGN);
