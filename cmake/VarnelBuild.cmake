@@ -30,12 +30,33 @@ pkg_check_modules(SQLITE REQUIRED IMPORTED_TARGET GLOBAL sqlite3)
 pkg_check_modules(MARIADB REQUIRED IMPORTED_TARGET GLOBAL libmariadb)
 pkg_check_modules(ODBC REQUIRED IMPORTED_TARGET GLOBAL odbc)
 
+# The headers that most files read, compiled once: worth a sixth of the time of a build from nothing. Only the sanitized
+# build uses them, so that the release build goes on proving that every file names what it needs; a compiler cache takes
+# their place where there is one.
+option(VARNEL_PRECOMPILE "Compile common headers once" OFF)
+if(VARNEL_PRECOMPILE AND NOT CMAKE_CXX_COMPILER_LAUNCHER AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    set(precompiled_headers <algorithm> <array> <cstdint> <cstring> <functional> <map> <memory> <optional> <span> <string>
+        <string_view> <utility> <vector>)
+    file(WRITE ${CMAKE_BINARY_DIR}/precompiled.cpp "")
+    add_library(precompiled OBJECT ${CMAKE_BINARY_DIR}/precompiled.cpp)
+    target_link_libraries(precompiled PRIVATE build_flags)
+    target_precompile_headers(precompiled PRIVATE ${precompiled_headers})
+endif()
+
+# use_precompiled(NAME PRECOMPILED): lets a target's files read that target's headers, if it was made.
+function(use_precompiled name precompiled)
+    if(TARGET ${precompiled})
+        target_precompile_headers(${name} REUSE_FROM ${precompiled})
+    endif()
+endfunction()
+
 # varnel_library(NAME SOURCES a.cpp ... [LINKS lower_target ...] [PRIVATE_LINKS library ...])
 # A folder's static library. LINKS are the folders whose headers its own headers include.
 function(varnel_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC build_flags ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+    use_precompiled(${name} precompiled)
 endfunction()
 
 # The test programs that run the programs themselves (label "release"): built only when this target is asked for, and in
@@ -51,6 +72,10 @@ function(varnel_test name)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE build_flags ${ARG_LINKS} GTest::gtest GTest::gmock GTest::gtest_main)
+    # Qt asks for position-independent code, which the common headers are not compiled for.
+    if(NOT "${ARG_LINKS}" MATCHES "Qt6::")
+        use_precompiled(${name} precompiled_for_tests)
+    endif()
     if("release" IN_LIST ARG_LABELS)
         add_dependencies(release_tests ${name})
         set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)

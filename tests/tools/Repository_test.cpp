@@ -154,9 +154,16 @@ TEST_F(Repository, ShowSaysWhatANullMeansAndHowTheLastRunEnded) {
     EXPECT_THAT(Output({"show", "--repository", "vrrepo.mdb", "--", "-3"}),
                 testing::StartsWith("# last run 11/18/2026 04:23:05 PM, with errors\n[[session]]\n"));
     EXPECT_EQ(Output({"list", "--repository", "vrrepo.mdb"}),
-              "id  name         source    target  last_run    at           errors\n"
-              "--  -----------  --------  ------  ----------  -----------  ------\n"
-              "-3  Drop folder  TEXTPOLL  TEXT    11/18/2026  04:23:05 PM       1\n");
+              "id  name         source    target  last run                outcome\n"
+              "--  -----------  --------  ------  ----------------------  -----------\n"
+              "-3  Drop folder  TEXTPOLL  TEXT    11/18/2026 04:23:05 PM  with errors\n");
+    const std::string run = "\"last_run\": \"2026-11-18 16:23:05\",";
+    EXPECT_THAT(Output({"list", "--json", "--repository", "vrrepo.mdb"}),
+                testing::AllOf(HasSubstr("\"id\": -3,"), HasSubstr(run), HasSubstr("\"outcome\": \"with errors\"")));
+    EXPECT_THAT(Output({"show", "--json", "--repository", "vrrepo.mdb", "--", "-3"}),
+                testing::AllOf(HasSubstr(run), HasSubstr("\"pattern\": \"*.csv\""), HasSubstr("\"number\": 0,")));
+    Output({"sql", "Provider=SQLite;Data Source=vrrepo.mdb", "UPDATE sessions SET SessionError=0"});
+    EXPECT_THAT(Output({"list", "--repository", "vrrepo.mdb"}), testing::EndsWith("PM  good\n"));
 }
 
 TEST_F(Repository, PasswordsAreNeverPrinted) {
@@ -171,6 +178,8 @@ TEST_F(Repository, PasswordsAreNeverPrinted) {
     const std::string shown = Output({"show", "1", "--repository", "vrrepo.mdb"});
     EXPECT_THAT(shown, HasSubstr("Password=***"));
     EXPECT_THAT(shown, Not(HasSubstr("geheim")));
+    EXPECT_THAT(Output({"show", "1", "--json", "--repository", "vrrepo.mdb"}),
+                testing::AllOf(HasSubstr("Password=***"), Not(HasSubstr("geheim"))));
     const ProgramResult refused =
         Admin({"sql", "Driver={MySQL};Server=127.0.0.1;Port=1;Uid=u;Pwd=geheim2", "SELECT 1"});
     EXPECT_EQ(refused.status, 1);
@@ -186,6 +195,14 @@ TEST_F(Repository, NothingIsOverwrittenAndAMissingFileHasARemedy) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(refused.err, HasSubstr("vrrepo.mdb exists already and is left as it is"));
     EXPECT_THAT(Admin({"list", "--repository", "none.mdb"}).err, HasSubstr("make one with: varnel-admin new none.mdb"));
+}
+
+TEST_F(Repository, NoneIsMadeByAccidentAmongThePrograms) {
+    const ProgramResult refused =
+        RunIn(Folder(), "/bin/sh", {"-c", "ln -s '" VARNEL_ADMIN "' . && PATH=$PWD:$PATH varnel-admin new"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("is a folder of programs; name the file to make"));
+    EXPECT_EQ(Admin({"list", "--repository", "vrrepo.mdb"}).status, 1);
 }
 
 TEST_F(Repository, UsageErrorsAreToldApartFromFailures) {

@@ -31,6 +31,25 @@ TEST_F(SqlOutput, NullEmptyAndSpecialCharactersStayApart) {
               "1,\"say \"\"a,b\"\"\",2026-11-18 16:23:05.25,True,\r\n"
               "-20,\"\",2026-11-18,,\r\n"
               ",\"żółw\n\x01 NULL\",,,\r\n");
+    EXPECT_EQ(Output({"sql", kDatabase, "SELECT * FROM T", "--json"}),
+              R"([
+  {"N": 1, "S": "say \"a,b\"", "D": "2026-11-18 16:23:05.25", "B": true, "X": null},
+  {"N": -20, "S": "", "D": "2026-11-18", "B": null, "X": null},
+  {"N": null, "S": "żółw\n\u0001 NULL", "D": null, "B": null, "X": null}
+]
+)");
+}
+
+TEST_F(SqlOutput, JsonKeepsDigitsAndTellsColumnsApart) {
+    Output({"sql", kDatabase, "CREATE TABLE M (C CURRENCY, E DECIMAL(28,10), F DOUBLE, G GUID, Y VARBINARY(9))"});
+    Output({"sql", kDatabase,
+            "INSERT INTO M (C, E, F, G) VALUES (922337203685477.5807, 123456789012345678.0123456789, 1.5E-07, "
+            "'{0123ABCD-0000-0000-0000-000000000001}')"});
+    EXPECT_EQ(Output({"sql", kDatabase, "SELECT C, E, F, G, Y, C AS c_2, C FROM M", "--json"}),
+              "[\n  {\"C\": 922337203685477.5807, \"E\": 123456789012345678.0123456789, \"F\": 1.5E-07, "
+              "\"G\": \"{0123ABCD-0000-0000-0000-000000000001}\", \"Y\": null, \"c_2\": 922337203685477.5807, "
+              "\"C_2\": 922337203685477.5807}\n]\n");
+    EXPECT_EQ(Output({"sql", kDatabase, "SELECT C FROM M WHERE C=0", "--json"}), "[]\n");
 }
 
 TEST_F(SqlOutput, WideLettersKeepTheColumnsInLine) {

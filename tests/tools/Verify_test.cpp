@@ -17,6 +17,9 @@ TEST_F(VerifyCommandTest, TellsSoundFilesFromDamagedOnes) {
     Sql("a.db", "INSERT INTO T (N, S) VALUES (1, 'one')");
     EXPECT_THAT(Output({"verify", "a.db"}), testing::MatchesRegex("a\\.db: sound \\([0-9]+ pages\\)\n"));
 
+    EXPECT_THAT(Output({"verify", "a.db", "--json"}),
+                testing::AllOf(HasSubstr("\"file\": \"a.db\",\n  \"sound\": true,"), HasSubstr("\"findings\": []")));
+
     std::fstream file(Folder() + "/a.db", std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(28);  // the number of pages, high byte first
     file.write("\0\0\1\0", 4);
