@@ -54,7 +54,7 @@ TEST_F(AccessSessionTest, CarriesEveryValueOfEveryTypeThereAndBack) {
     for (const auto& [count, withLong] : {std::pair{0, true}, {1, true}, {101, false}, {250, true}}) {
         Made& made = tables.emplace_back();
         made.name = "t" + std::to_string(count);
-        made.columns = SampleColumns("ACCESS", withLong);
+        made.columns = SampleColumns({"ACCESS"}, withLong);
         made.rows = SampleRows(made.columns, count);
         MakeSource(source, Engine::Sqlite, made.name, made.columns, made.rows);
         ExecuteOn(there.targetConnection, "create table [" + made.name + " in Access] (old long)");

@@ -1,4 +1,8 @@
 // Runs with bad rows, bad tables and bad connection strings: all of them end in order and say what was lost.
+#include <cstdlib>
+
+#include "ado/Ado.h"
+#include "tests/session/ServerKinds.h"
 #include "tests/session/SessionTest.h"
 
 namespace varnel {
@@ -22,7 +26,7 @@ protected:
     }
     /// The target of an entry, with a key; rows from and to are in it already, named "old".
     void MakeTarget(NativeDatabase& target, const TestTable& entry, int from, int to) {
-        if (session_.targetKind == "MySQL") ServerTable(entry.target);
+        Forget(target, entry.target);
         const std::string memo = entry.columns.size() > 2 ? ", MEMO text" : "";
         target.Run({"create table " + entry.target + " (ID int primary key, NAME varchar(50)" + memo + ")"});
         for (int k = from; k <= to; ++k) {
@@ -65,17 +69,27 @@ TEST_F(FailuresTest, ABatchThatTheServerRefusesLeavesNoRowOfItself) {
     EXPECT_EQ(InLog(" 150 Rows Loaded\r\n"), 1);
 }
 
-/// The three ways that write row by row, each with its end of a table given up.
+/// The ways that write row by row, each with its end of a table given up; into a SQLite file without a server.
 struct Way {
     const char *name, *targetKind;
+    const ServerKind* server;
     bool withMemo;
     const char* abort;
 };
 
 const Way kWays[] = {
-    {"Parameters", "ORACLE", false, "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
-    {"RecordsInSqlite", "ACCESS", false, "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
-    {"RecordsInMySql", "MySQL", true, "Aborting Loading Rows for Table :t As Errors Exceeded Max Allowed\r\n"},
+    {"Parameters", "ORACLE", nullptr, false, "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
+    {"RecordsInSqlite", "ACCESS", nullptr, false,
+     "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
+    {"RecordsInMySql", "MySQL", &kMySql, true, "Aborting Loading Rows for Table :t As Errors Exceeded Max Allowed\r\n"},
+    {"ParametersInOracle", "ORACLE", &kOracle, false,
+     "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
+    {"RecordsInOracle", "ORACLE", &kOracle, true,
+     "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
+    {"RecordsInSqlServer", "MSSQL", &kSqlServer, true,
+     "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
+    {"ArraysInSqlServer", "MSSQL", &kSqlServer, false,
+     "Aborting Loading Rows for Table :t As Errors Exceeded 50 Allowed\r\n"},
 };
 
 void PrintTo(const Way& way, std::ostream* out) {
@@ -86,9 +100,9 @@ class RowByRowTest : public FailuresTest, public testing::WithParamInterface<Way
 protected:
     RowByRowTest() {
         session_.targetKind = GetParam().targetKind;
-        if (session_.targetKind == "MySQL") {
-            TargetIsMySql();
-            target_ = std::make_unique<NativeMySql>(Server());
+        if (GetParam().server != nullptr) {
+            session_.targetConnection = ConnectionTo(*GetParam().server);
+            target_ = OpenNative(*GetParam().server);
         } else {
             target_ = std::make_unique<NativeSqlite>(Path("target.db"));
         }
@@ -98,6 +112,8 @@ protected:
         session_.tables = {Numbered("t", 120, GetParam().withMemo), Numbered("after", 3, GetParam().withMemo)};
         MakeTarget(*target_, session_.tables[0], from, to);
         MakeTarget(*target_, session_.tables[1], 0, -1);
+        for (TestTable& table : session_.tables) table.targetOwner = "dbo";
+        CloseIdleSessions();
         EXPECT_EQ(Run(), 1) << log_;
         EXPECT_EQ(FailedRows(), to - from + 1) << log_;
         EXPECT_TRUE(LogIsClosed());
@@ -154,8 +170,9 @@ TEST_F(FailuresTest, ASourceTableThatDoesNotExistIsSaidByName) {
 
 /// A connection string that cannot be opened, on one side of a session.
 struct Faulty {
-    const char *name, *kind, *connection;  ///< PORT stands for the running server's port, FREE for one that is free
+    const char *name, *kind, *connection;  ///< PORT stands for the running server's port, TDS for the stand-in's
     const char* said;                      ///< in the log
+    bool noDrivers = false;                ///< on a machine where no ODBC driver is registered
 };
 
 constexpr const char* kSecret = "k33p-me-out";
@@ -182,6 +199,18 @@ const Faulty kFaulty[] = {
      "Driver={MySQL ODBC 8.0 Unicode Driver};Server=127.0.0.1;Port=1;Database=shop;Uid=loader;"
      "Pwd=k33p-me-out",
      "127.0.0.1"},
+    {"WrongPasswordInSqlServer", "MSSQL",
+     "Provider=SQLOLEDB;Data Source=127.0.0.1,TDS;Initial Catalog=shop;User ID=sa;Password=k33p-me-out",
+     "Login failed for user 'sa'"},
+    {"WrongPasswordInOracle", "ORACLE", "DSN=oracle;UID=loader;PWD=k33p-me-out", "Access denied for user 'loader'"},
+    {"SqlServerDown", "MSSQL", "Provider=SQLOLEDB;Data Source=127.0.0.1,1;User ID=sa;Password=k33p-me-out",
+     "Unable to connect"},
+    {"NoSqlServerDriver", "MSSQL", "Provider=SQLOLEDB;Data Source=h;User ID=sa;Password=k33p-me-out", "Debian: tdsodbc",
+     true},
+    {"NoOracleDriver", "ORACLE", "Provider=MSDAORA;Data Source=ORCL;User ID=scott;Password=k33p-me-out",
+     "Instant Client", true},
+    {"UnknownDriver", "MSSQL", "Driver={No Such Driver};Server=h;UID=sa;PWD=k33p-me-out", "'odbcinst -q -d' lists"},
+    {"UnknownDataSource", "ORACLE", "DSN=nowhere;UID=scott;PWD=k33p-me-out", "'odbcinst -q -s' lists"},
 };
 
 void PrintTo(const Faulty& faulty, std::ostream* out) {
@@ -190,12 +219,19 @@ void PrintTo(const Faulty& faulty, std::ostream* out) {
 
 class FaultyConnectionTest : public FailuresTest, public testing::WithParamInterface<Faulty> {
 protected:
-    FaultyConnectionTest() { secrets_.emplace_back(kSecret); }
+    FaultyConnectionTest() {
+        secrets_.emplace_back(kSecret);
+        ConnectionTo(kOracle);
+        folder_.MakeFolder("none");
+        if (GetParam().noDrivers) setenv("ODBCSYSINI", Path("none").c_str(), 1);
+    }
+    ~FaultyConnectionTest() override { unsetenv("ODBCSYSINI"); }
     static std::string Connection() {
         std::string text = GetParam().connection;
-        if (const std::size_t at = text.find("PORT"); at != std::string::npos) {
+        if (const auto at = text.find("PORT"); at != std::string::npos)
             text.replace(at, 4, std::to_string(Server().Port()));
-        }
+        if (const auto at = text.find("TDS"); at != std::string::npos)
+            text.replace(at, 3, std::to_string(SqlServer().Port()));
         return text;
     }
     void ExpectAnOrderlyEnd(const std::string& outcome) {

@@ -29,8 +29,14 @@ constexpr const char* kHead =
     "ones are changes that the way of writing or the type of the target's column makes.\n\n"
     "A table with long columns (NOTE, PIC) is written record by record; one without them in batches to MySQL and with\n"
     "parameters to Oracle. Oracle is a MariaDB server in its Oracle mode and SQL Server a stand-in behind the real\n"
-    "FreeTDS driver, so their lines vouch for this side of the connection alone. Text targets are delimited files in\n"
-    "code page 1252; their texts are trimmed, and a row that was reported is written with an empty cell.\n\n"
+    "FreeTDS driver, so their lines vouch for this side of the connection alone. GUID and fixed binary columns "
+    "(KEYID,\n"
+    "MARK) go into SqlServer and Text alone: creating a table for them is refused elsewhere, no type being mapped.\n\n"
+    "Text targets are files in code page 1252. In delimited ones texts are trimmed, and a row that was reported is\n"
+    "written with an empty cell. Files in fixed widths (TextFixed) hold no long columns; Null and empty texts are\n"
+    "blanks there, a reported cell is blank, and a line break within a text breaks the line. A TextFixed source is "
+    "read\n"
+    "by its Schema.ini: blanks alone are Null, blanks at the end are none of the value.\n\n"
     "This page is written by the test session_matrix_test when it is run with UPDATE_FIDELITY=1.\n";
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "ado/types/ValueText.h"
 
@@ -128,6 +129,28 @@ std::vector<MatrixColumn> AllColumns() {
          "DateTime",
          "datetime",
          "DateTime"},
+        {"STAMP",
+         CellForm::Moment,
+         "2003-07-15 13:05:09",
+         {"2003-07-15 13:05:09.25", "1999-12-31 23:59:59.5"},
+         "DateTime",
+         "T",
+         "Timestamp(3)",
+         "DateTime(3)",
+         "datetime",
+         ""},
+        {"KEYID",
+         CellForm::Text,
+         "{01234567-89AB-CDEF-0123-456789ABCDEF}",
+         {"{00000000-0000-0000-0000-000000000000}"},
+         "GUID",
+         "",
+         "",
+         "",
+         "uniqueidentifier",
+         "",
+         false,
+         "MSSQL TEXT"},
         {"NAME", CellForm::Text, "Smith", Texts(), "Text(60)", "V(60)", "Varchar2(60)", "Varchar(60)", "nvarchar(60)",
          "Text Width 60"},
         {"CODE", CellForm::Text, "A-1", {"0123456789", ""}, "", "C(10)", "", "Char(10)", "char(10)", ""},
@@ -143,6 +166,29 @@ std::vector<MatrixColumn> AllColumns() {
          "image",
          "",
          true},
+        {"TAG",
+         CellForm::Bytes,
+         "\1\2"s,
+         {""s, "\0"s, "\0\xFF'\"\\\r\n 9 bytes up to 20"s.substr(0, 20)},
+         "Binary(20)",
+         "Q(20)",
+         "Raw(20)",
+         "VarBinary(20)",
+         "varbinary(20)",
+         "",
+         true},
+        {"MARK",
+         CellForm::Bytes,
+         "\1\2\3\4"s,
+         {"\0\0\0\0"s, "\xFF\0\xFE "s},
+         "",
+         "",
+         "",
+         "Binary(4)",
+         "binary(4)",
+         "",
+         true,
+         "MSSQL TEXT"},
     };
 }
 
@@ -156,9 +202,12 @@ std::string MatrixColumn::DeclaredFor(const std::string& kind) const {
     return kind == "MSSQL" ? sqlServer : text;
 }
 
-std::vector<MatrixColumn> MatrixColumns(const std::string& sourceKind, bool withLongColumns) {
+std::vector<MatrixColumn> MatrixColumns(const std::string& sourceKind, const std::string& targetKind,
+                                        bool withLongColumns) {
     std::vector<MatrixColumn> chosen;
     for (const MatrixColumn& column : AllColumns()) {
+        const std::string_view into = column.onlyInto;
+        if (!into.empty() && into.find(targetKind) == std::string_view::npos) continue;
         if (column.isLong && !withLongColumns) continue;
         if (!column.DeclaredFor(sourceKind).empty()) chosen.push_back(column);
     }
@@ -202,8 +251,10 @@ Value ValueOf(const Cell& cell, CellForm form) {
     if (form == CellForm::Single) return Value::OfSingle(std::strtof(cell->c_str(), nullptr));
     if (form == CellForm::Number) return Value::OfDecimal(*cell);
     CivilTime time{};
-    std::sscanf(cell->c_str(), "%d-%d-%d %d:%d:%d", &time.year, &time.month, &time.day, &time.hour, &time.minute,
-                &time.second);
+    char fraction[7] = "";
+    std::sscanf(cell->c_str(), "%d-%d-%d %d:%d:%d.%6s", &time.year, &time.month, &time.day, &time.hour, &time.minute,
+                &time.second, fraction);
+    time.micros = std::atoi((std::string(fraction) + "000000").substr(0, 6).c_str());
     return Value::OfDateTime(FromCivil(time));
 }
 
@@ -238,6 +289,15 @@ Cell CellOf(const Value& value) {
     digits.erase(digits.find_last_not_of('0') + 1);
     if (digits.back() == '.') digits.pop_back();
     return digits;
+}
+
+void AppendTextCell(std::string& cell, const Value& value) {
+    if (value.Kind() != ValueKind::Text) return AppendDefaultText(cell, value);
+    const std::string_view text = value.AsText();
+    const std::size_t begin = text.find_first_not_of(' '), end = text.find_last_not_of(' ');
+    cell += '"';
+    if (begin != std::string_view::npos) cell += text.substr(begin, end - begin + 1);
+    cell += '"';
 }
 
 }  // namespace varnel

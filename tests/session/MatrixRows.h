@@ -16,14 +16,17 @@ struct MatrixColumn {
     Cell ordinary;             ///< what rows hold that are about another column
     std::vector<Cell> values;  ///< each in a row of its own
     const char *access, *foxPro, *oracle, *mySql, *sqlServer, *text;
-    bool isLong = false;  ///< its presence makes a transfer go record by record
+    bool isLong = false;        ///< its presence makes a transfer go record by record
+    const char* onlyInto = "";  ///< the kinds whose mapping has a type for it; all when empty
 
     /// How a source table of the kind ("ACCESS" …, "TEXTPOLL" without types) declares it.
     std::string DeclaredFor(const std::string& kind) const;
 };
 
-/// The columns that a source of the kind can hold; "ID" comes first.
-std::vector<MatrixColumn> MatrixColumns(const std::string& sourceKind, bool withLongColumns);
+/// The columns that a source of the kind can hold and the target has a type for; "ID" comes first. "FIXED" is a target
+/// of text in fixed widths.
+std::vector<MatrixColumn> MatrixColumns(const std::string& sourceKind, const std::string& targetKind,
+                                        bool withLongColumns);
 /// Row 1 is ordinary, row 2 Null throughout, and then a row for each value of each column. ID numbers them from 1.
 Rows MatrixRows(const std::vector<MatrixColumn>& columns);
 
@@ -34,5 +37,7 @@ std::string RowLabel(const std::vector<MatrixColumn>& columns, std::size_t row);
 Value ValueOf(const Cell& cell, CellForm form);
 /// A value in the one form that is compared: numbers as plain digits, moments as "2003-07-15 13:05:09".
 Cell CellOf(const Value& value);
+/// A value other than Null as a cell of a delimited file.
+void AppendTextCell(std::string& cell, const Value& value);
 
 }  // namespace varnel

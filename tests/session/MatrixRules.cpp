@@ -14,6 +14,9 @@ namespace {
 Cell WithoutTime(const Cell& cell, const TestColumn&) {
     return cell ? cell->substr(0, 10) + " 00:00:00" : cell;
 }
+Cell WithoutFraction(const Cell& cell, const TestColumn&) {
+    return cell ? cell->substr(0, 19) : cell;
+}
 Cell NullText(const Cell& cell, const TestColumn&) {
     return cell == "NULL" ? Cell() : cell;
 }
@@ -56,6 +59,7 @@ constexpr Rule kRules[] = {
     {"MySQL", Way::Any, "Date", WithoutTime, "the mapping gives a Date column"},
     {"MySQL", Way::Any, "DBDate", WithoutTime, "the mapping gives a Date column"},
     {"MySQL", Way::RecordByRecord, "DBTimeStamp", WithoutTime, "this way carries no time of day"},
+    {"MySQL", Way::Other, "DBTimeStamp", WithoutFraction, "this way carries no fraction of a second"},
     {"MySQL", Way::Other, "Char", NullText, "the text NULL becomes Null"},
     {"MySQL", Way::Other, "Varchar", NullText, "the text NULL becomes Null"},
     {"MySQL", Way::Other, "VarWchar", NullText, "the text NULL becomes Null"},
@@ -100,6 +104,9 @@ bool SpoilsABatch(const MatrixTrip& trip, std::size_t k, const Cell& cell) {
 }
 
 Cell HeldCell(const std::string& sourceKind, const MatrixColumn& column, const Cell& cell) {
+    if (sourceKind == "FIXED" && cell && cell->find_first_not_of(' ') == std::string::npos) return std::nullopt;
+    if (sourceKind == "FIXED" && cell && column.form == CellForm::Text)
+        return cell->substr(0, cell->find_last_not_of(' ') + 1);
     if (std::string_view(column.name) == "FLAG" && !cell && sourceKind == "ACCESS") return "0";
     if (std::string_view(column.name) == "CODE" && (sourceKind == "FOXPRO" || sourceKind == "MSSQL")) {
         return PaddedTo(cell, 10);

@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "ado/Ado.h"
+#include "platform/CodePage.h"
 #include "providers/foxpro/Container.h"
 #include "tests/support/ErrorOf.h"
 #include "tests/support/TempFolder.h"
@@ -29,19 +30,26 @@ std::string CsvCell(const Cell& cell, CellForm form) {
     return *cell;
 }
 
+/// Of every column of a file in fixed widths.
+constexpr int kFixedWidth = 80;
+
+std::string FixedCell(const Cell& cell) {
+    const std::string text = cell.value_or("");
+    return text + std::string(static_cast<std::size_t>(kFixedWidth) - CharacterCount(text), ' ');
+}
+
 }  // namespace
 
-MatrixSide::MatrixSide(const MatrixKind& kind, const std::string& name, const MatrixWorld& world)
-    : kind_(kind.kind), type_(kind.type), world_(world) {
-    const std::string folder = world.folder + "/drives/C/" + name;
+MatrixSide::MatrixSide(const MatrixKind& kind, const std::string& name, const std::string& installation)
+    : kind_(kind.kind), type_(kind.type) {
+    const std::string folder = installation + "/drives/C/" + name;
     std::filesystem::create_directories(folder);
     folder_ = folder;
     if (kind_ == "ACCESS") connection_ = AccessConnection(folder + "/base.mdb");
-    if (kind_ == "MySQL") connection_ = world.mariaDb->ConnectionString();
-    if (kind_ == "MSSQL") connection_ = world.sqlServer;
-    if (kind_ == "ORACLE") {
-        connection_ = std::string("DSN=oracle;UID=") + MariaDbServer::kUser + ";PWD={" + MariaDbServer::kPassword + "}";
+    for (const ServerKind* server : {&kMySql, &kOracle, &kSqlServer}) {
+        if (kind_ == server->kind) server_ = server;
     }
+    if (server_ != nullptr) connection_ = ConnectionTo(*server_);
     if (IsFiles()) {
         connection_ =
             "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + folder + ";Extended Properties=\"text;HDR=Yes\"";
@@ -70,6 +78,7 @@ void MatrixSide::BeTarget(TestSession& session) const {
     session.targetType = type_;
     session.targetConnection = connection_;
     session.targetFolder = "C:\\into\\";
+    if (IsFixed()) session.targetText = {"", "", false, "FIXED"};
 }
 
 std::string MatrixSide::Quoted(const std::string& name) const {
@@ -92,7 +101,7 @@ void MatrixSide::MakeOld(const std::string& table) const {
 
 std::vector<std::string> MatrixSide::Fill(const std::string& table, const std::vector<MatrixColumn>& columns,
                                           const Rows& rows) {
-    if (IsFiles()) return WriteText(table, columns, rows), std::vector<std::string>();
+    if (IsFiles()) return WriteText(table, columns, rows);
     MakeOld(table);
     ExecuteOn(local_, "drop table " + TableInSql(table));
     const std::string definitions = Joined(columns, [&](const MatrixColumn& column) {
@@ -103,8 +112,9 @@ std::vector<std::string> MatrixSide::Fill(const std::string& table, const std::v
     const std::string names = Joined(columns, [&](const MatrixColumn& column) { return Quoted(column.name); });
     if (kind_ == "MySQL" || kind_ == "ORACLE") {
         std::vector<NativeColumn> native;
+        native.reserve(columns.size());
         for (const MatrixColumn& column : columns) native.push_back({column.name, column.form});
-        NativeMySql(*world_.mariaDb).Insert(table, native, rows);
+        OpenNative(*server_)->Insert(table, native, rows);
         return {};
     }
     std::vector<std::string> refused;
@@ -126,24 +136,40 @@ std::vector<std::string> MatrixSide::Fill(const std::string& table, const std::v
     return refused;
 }
 
-void MatrixSide::WriteText(const std::string& table, const std::vector<MatrixColumn>& columns, const Rows& rows) const {
+std::vector<std::string> MatrixSide::WriteText(const std::string& table, const std::vector<MatrixColumn>& columns,
+                                               const Rows& rows) const {
+    std::vector<std::string> leftOut;
     std::string text =
         "\xEF\xBB\xBF" + Joined(columns, [](const MatrixColumn& column) { return column.name; }) + "\r\n";
+    if (IsFixed()) text.clear();
     for (const Row& row : rows) {
+        const auto brokenLine = [](const Cell& cell) {
+            return cell && cell->find_first_of("\r\n") != std::string::npos;
+        };
+        if (IsFixed() && std::any_of(row.begin(), row.end(), brokenLine)) {
+            leftOut.push_back(*row[0]);
+            continue;
+        }
         for (std::size_t k = 0; k < columns.size(); ++k) {
-            text += (k == 0 ? "" : ",") + CsvCell(row[k], columns[k].form);
+            text += IsFixed() ? FixedCell(row[k]) : (k == 0 ? "" : ",") + CsvCell(row[k], columns[k].form);
         }
         text += "\r\n";
     }
     WriteBytes(folder_ + "/" + TableName(table), text);
-    if (kind_ == "TEXTPOLL") return;  // a polled folder's schema is the program's to write
-    std::string schema =
-        "[" + TableName(table) + "]\r\nFormat=CSVDelimited\r\nColNameHeader=True\r\nCharacterSet=65001\r\n";
+    if (kind_ == "TEXTPOLL") return leftOut;  // a polled folder's schema is the program's to write
+    std::string schema = "[" + TableName(table) + "]\r\nFormat=" + (IsFixed() ? "FixedLength" : "CSVDelimited") +
+                         "\r\nColNameHeader=" + (IsFixed() ? "False" : "True") + "\r\nCharacterSet=65001\r\n";
     int number = 0;
     for (const MatrixColumn& column : columns) {
-        schema += "Col" + std::to_string(++number) + "=" + column.name + " " + column.text + "\r\n";
+        const std::string declared = column.text;
+        schema +=
+            "Col" + std::to_string(++number) + "=\"" + column.name + "\" " +
+            (IsFixed() ? declared.substr(0, declared.find(' ')) + " Width " + std::to_string(kFixedWidth) : declared) +
+            "\r\n";
     }
-    WriteBytes(folder_ + "/Schema.ini", schema);
+    const std::string path = folder_ + "/Schema.ini";
+    WriteBytes(path, (std::filesystem::exists(path) ? ReadBytes(path) : "") + schema);
+    return leftOut;
 }
 
 std::vector<TestColumn> MatrixSide::Describe(const std::string& table, const std::vector<MatrixColumn>& columns) const {
@@ -155,7 +181,7 @@ std::vector<TestColumn> MatrixSide::Describe(const std::string& table, const std
         const Field& field = rows.Fields(k);
         const DataTypeEnum type = field.Type();
         TestColumn column{columns[k].name, DesignerTypeName(type)};
-        const bool exact = field.Precision() != 0 && !IsText(type);
+        const bool exact = field.Precision() != 0 && field.Precision() != kNotStated && !IsText(type);
         column.width =
             exact ? field.Precision() : static_cast<int>(std::min<std::int64_t>(field.DefinedSize(), 2147483647));
         column.scale = type == adNumeric ? field.NumericScale() : 0;

@@ -6,29 +6,28 @@
 #include <vector>
 
 #include "tests/session/MatrixRows.h"
-#include "tests/support/OdbcNames.h"
+#include "tests/session/ServerKinds.h"
 #include "tests/support/TestRepository.h"
 
 namespace varnel {
 
-/// A kind of database, with the sub-kind of FoxPro: {"FOXPRO", "DBC"}.
+/// A kind of database, with the sub-kind of FoxPro: {"FOXPRO", "DBC"}, or "FIXED" of text in fixed widths.
 struct MatrixKind {
     const char *label, *kind, *type;
 };
 
-/// What all sides of a test share.
-struct MatrixWorld {
-    std::string folder;  ///< of the installation
-    const MariaDbServer* mariaDb;
-    std::string sqlServer;  ///< connection string of the stand-in
-};
-
 class MatrixSide {
 public:
-    /// name tells the two sides of a test apart: "from" or "into".
-    MatrixSide(const MatrixKind& kind, const std::string& name, const MatrixWorld& world);
+    /// name tells the two sides of a test apart: "from" or "into". installation: the test's folder.
+    MatrixSide(const MatrixKind& kind, const std::string& name, const std::string& installation);
+
+    /// Logs in elsewhere than the kind's server usually does.
+    void LogInTo(const std::string& connection) { connection_ = local_ = connection; }
 
     const std::string& Kind() const { return kind_; }
+    bool IsFixed() const { return type_ == "FIXED"; }
+    /// The kind by which columns and rules are chosen.
+    const std::string& Layout() const { return IsFixed() ? type_ : kind_; }
     bool IsFiles() const { return kind_ == "TEXT" || kind_ == "TEXTPOLL"; }
 
     /// Makes and fills a source table. Returns the ids of the rows that this kind cannot hold, which are left out.
@@ -45,18 +44,20 @@ public:
     void BeSource(TestSession& session) const;
     void BeTarget(TestSession& session) const;
     std::string TableName(const std::string& table) const { return IsFiles() ? table + ".csv" : table; }
-    const char* Owner() const { return kind_ == "MSSQL" ? "dbo" : "shop"; }
+    const char* Owner() const { return server_ == nullptr ? "" : server_->owner; }
 
 private:
     std::string Quoted(const std::string& name) const;
     std::string TableInSql(const std::string& table) const;
-    void WriteText(const std::string& table, const std::vector<MatrixColumn>& columns, const Rows& rows) const;
+    /// Returns the ids of the rows that it leaves out.
+    std::vector<std::string> WriteText(const std::string& table, const std::vector<MatrixColumn>& columns,
+                                       const Rows& rows) const;
 
     std::string kind_, type_;
-    std::string connection_;  ///< of the session
-    std::string local_;       ///< of the test's own log-ins
+    const ServerKind* server_ = nullptr;  ///< of a kind that is one
+    std::string connection_;              ///< of the session
+    std::string local_;                   ///< of the test's own log-ins
     std::string folder_;
-    const MatrixWorld& world_;
 };
 
 }  // namespace varnel

@@ -60,7 +60,8 @@ std::string PlainDigits(float number) {
     return Plain(number);
 }
 
-NativeSqlite::NativeSqlite(const std::string& path) : database_(nullptr, &sqlite3_close) {
+NativeSqlite::NativeSqlite(const std::string& path, bool numbersAsText)
+    : database_(nullptr, &sqlite3_close), numbersAsText_(numbersAsText) {
     sqlite3* database = nullptr;
     const int code = sqlite3_open(path.c_str(), &database);
     database_.reset(database);
@@ -126,7 +127,7 @@ void BindCell(sqlite3_stmt* statement, int at, CellForm form, const Cell& cell) 
     }
 }
 
-Cell SqliteNumber(sqlite3_stmt* statement, int at, CellForm form, std::string stored) {
+Cell SqliteNumber(sqlite3_stmt* statement, int at, CellForm form, std::string stored, bool numbersAsText) {
     switch (sqlite3_column_type(statement, at)) {
         case SQLITE_INTEGER:
         case SQLITE_BLOB:
@@ -136,11 +137,11 @@ Cell SqliteNumber(sqlite3_stmt* statement, int at, CellForm form, std::string st
             return form == CellForm::Single ? Plain(static_cast<float>(number)) : Plain(number);
         }
         default:
-            return "stored as text: " + stored;
+            return numbersAsText ? WithoutTrailingZeros(stored) : "stored as text: " + stored;
     }
 }
 
-Cell SqliteCell(sqlite3_stmt* statement, int at, CellForm form) {
+Cell SqliteCell(sqlite3_stmt* statement, int at, CellForm form, bool numbersAsText) {
     const int storage = sqlite3_column_type(statement, at);
     if (storage == SQLITE_NULL) return std::nullopt;
     const auto* bytes = storage == SQLITE_BLOB ? static_cast<const char*>(sqlite3_column_blob(statement, at))
@@ -151,7 +152,7 @@ Cell SqliteCell(sqlite3_stmt* statement, int at, CellForm form) {
     if (form == CellForm::Bytes && storage != SQLITE_BLOB) return "not stored as bytes: " + stored;
     if (form == CellForm::Text || form == CellForm::Bytes) return stored;
     if (form == CellForm::Moment) return WholeMoment(stored);
-    return SqliteNumber(statement, at, form, std::move(stored));
+    return SqliteNumber(statement, at, form, std::move(stored), numbersAsText);
 }
 
 }  // namespace
@@ -179,7 +180,7 @@ Rows NativeSqlite::Read(const std::string& table, const std::vector<NativeColumn
     for (; code == SQLITE_ROW; code = sqlite3_step(query.get())) {
         Row& row = rows.emplace_back();
         for (std::size_t k = 0; k < columns.size(); ++k) {
-            row.push_back(SqliteCell(query.get(), static_cast<int>(k), columns[k].form));
+            row.push_back(SqliteCell(query.get(), static_cast<int>(k), columns[k].form, numbersAsText_));
         }
     }
     if (code != SQLITE_DONE) Fail();
@@ -248,6 +249,7 @@ Cell MySqlCell(const char* bytes, unsigned long size, CellForm form) {
     const std::string stored(bytes, size);
     switch (form) {
         case CellForm::Number:
+            if (size == 1 && stored[0] >= 0 && stored[0] < 2) return stored[0] == 1 ? "1" : "0";  // a bit
             return WithoutTrailingZeros(stored);
         case CellForm::Double:
             return Plain(std::strtod(stored.c_str(), nullptr));

@@ -57,7 +57,8 @@ public:
 class NativeSqlite : public NativeDatabase {
 public:
     /// Opens the file, or makes it. Waits up to ten seconds for others.
-    explicit NativeSqlite(const std::string& path);
+    /// numbersAsText: numbers are kept as text there by rule.
+    explicit NativeSqlite(const std::string& path, bool numbersAsText = false);
     void Run(const std::vector<std::string>& statements) override;
     void Insert(const std::string& table, const std::vector<NativeColumn>& columns, const Rows& rows) override;
     Rows Read(const std::string& table, const std::vector<NativeColumn>& columns, const std::string& order) override;
@@ -69,6 +70,7 @@ private:
     [[noreturn]] void Fail();
 
     std::unique_ptr<sqlite3, decltype(&sqlite3_close)> database_;
+    bool numbersAsText_;
 };
 
 /// Logged in as the server's root.

@@ -136,6 +136,18 @@ TEST_F(RepositoryTest, BoundaryValuesAreRead) {
     EXPECT_EQ(NativeSqlite(Path("target.db")).Count("t_copy"), 3);
 }
 
+TEST_F(RepositoryTest, TablesRunInTheOrderOfTheirKeyWhateverOrderTheyAreStoredIn) {
+    std::filesystem::remove(Path("vrrepo.mdb"));
+    TestRepository access(folder_.Path(), TestRepository::Form::Access);
+    session_.tables.push_back(session_.tables[0]);
+    session_.tables[1].where = "ID = 1";
+    access.Add(session_);
+    access.Execute("update SrcDCols set TabID=9 where TabID=1");
+    access.Execute("update vrtabs set TabID=9 where TabID=1");
+    EXPECT_EQ(RunStored(1), 0) << errorLog_ << log_;
+    EXPECT_LT(log_.find(" 1 Rows Loaded"), log_.find(" 3 Rows Loaded")) << log_;
+}
+
 TEST_F(RepositoryTest, AnEntryIsAppendedToTheEarlierOnes) {
     Change("update sessions set SrcDBFPath=Null");
     EXPECT_EQ(RunStored(1), 2);

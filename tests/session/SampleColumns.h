@@ -20,12 +20,15 @@ struct SampleColumn {
     const char *sqliteType, *mySqlType;  ///< as a source table declares it
     std::vector<Cell> values;            ///< given to the rows in turn
     bool isLong = false;                 ///< its presence makes a transfer go record by record
-    /// The target kinds whose column type, as the mapping gives it, does not hold all of the values.
+    /// The targets whose column type, as the mapping gives it, does not hold all of the values.
     const char* tooLargeFor = "";
+    /// The one kind whose mapping knows the type.
+    const char* onlyFor = "";
 };
 
-/// The sample's columns for a kind of target, in the order of the table; "id" comes first.
-std::vector<SampleColumn> SampleColumns(const std::string& targetKind, bool withLongColumns);
+/// The sample's columns for a target, in the order of the table; "id" comes first. target: its kind, "MariaDB" when
+/// such a server plays it, and "dialect" when that lacks four of SQL Server's type words.
+std::vector<SampleColumn> SampleColumns(const std::vector<std::string>& target, bool withLongColumns);
 
 std::vector<NativeColumn> NativeColumnsOf(const std::vector<SampleColumn>& columns);
 std::vector<TestColumn> MappingOf(const std::vector<SampleColumn>& columns);

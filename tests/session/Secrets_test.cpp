@@ -37,6 +37,10 @@ TEST_F(SecretsTest, EverySpellingOfAFaultyStringKeepsThem) {
         "Driver={Nobody};UID=sa;PWD={k33p-me;out}",
         "Driver={MySQL ODBC 8.0 Driver};Server=127.0.0.1;Port=1;UID=sa;PWD={k33p-me;out}",
         "Driver={MySQL ODBC 8.0 Driver};Server=127.0.0.1;Port=none;PWD={k33p-me;out}",
+        "Provider=SQLOLEDB;Data Source=127.0.0.1,1;User ID=sa;Password=\"k33p-me;out\"",
+        "Provider=MSDASQL;Extended Properties=\"DSN=nowhere;UID=sa\";Password='k33p-me;out'",
+        "Provider=MSDAORA;Data Source=orcl;User ID=sa;Password='k33p-me;out'",
+        "DSN=nowhere;UID=sa;PWD={k33p-me;out}",
         "Provider=SQLite;Data Source=/nowhere/x.db;  passWORD  =  {k33p-me;out}",
         "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=/nowhere/x.db;Jet OLEDB:Database Password=\"k33p-me;out\"",
     };

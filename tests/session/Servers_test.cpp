@@ -1,67 +1,113 @@
-// Rows that go to servers in arrays: a failure in the middle costs its row alone, as when every row is sent by itself.
+// Rows that go to servers in arrays: a failure in the middle costs its row alone, and is told as when every row is sent
+// by itself.
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
+
 #include "ado/Ado.h"
+#include "tests/session/ServerKinds.h"
 #include "tests/session/SessionTest.h"
-#include "tests/support/OdbcNames.h"
-#include "tests/support/tds/TdsServer.h"
 
 namespace varnel {
 namespace {
 
-constexpr int kRows = 250;
+constexpr int kRows = 2200;
 
-class ServersTest : public SessionTest {
+enum Fault : std::uint8_t { TakenKey, TooWide, NoName };
+
+struct BadRow {
+    int id;
+    Fault fault;
+};
+/// At the edges of arrays, side by side and alone; in the order of the rows.
+constexpr BadRow kBadRows[] = {{1, TakenKey},    {7, TooWide},     {8, NoName},    {999, NoName},
+                               {1000, TooWide},  {1001, TakenKey}, {1300, NoName}, {1301, TakenKey},
+                               {1302, TakenKey}, {2000, TooWide},  {2001, NoName}, {2200, TakenKey}};
+
+/// A server and its words for the faults; N stands for the row's key.
+struct Refusals {
+    const ServerKind* server;
+    std::array<const char*, 3> words;
+};
+constexpr Refusals kRefusals[] = {
+    {&kOracle, {"Duplicate entry 'N' for key", "Data too long for column 'NAME'", "Column 'NAME' cannot be null"}},
+    {&kSqlServer,
+     {"Violation of UNIQUE KEY constraint", "The text has 60 characters; 50 are allowed.",
+      "Cannot insert the value NULL into column"}}};
+
+void PrintTo(const Refusals& refusals, std::ostream* out) {
+    *out << refusals.server->name;
+}
+
+class ArraysTest : public SessionTest, public testing::WithParamInterface<Refusals> {
 protected:
-    ServersTest() {
-        MakeNumbered(source_, "SRC", kRows);
-        session_.tables = {{"SRC", "OUTROWS", {{"ID", "Integer", 11}, {"NAME", "VarWchar", 50}}, true, "append"}};
-    }
-    /// Rows of the target before the session; their keys are taken.
-    void Take(const std::string& connection, const std::string& table, const std::vector<int>& keys) {
-        for (const int key : keys) {
-            ExecuteOn(connection, "insert into " + table + " (ID, NAME) values (" + std::to_string(key) + ",'old')");
+    ArraysTest() : target_(OpenNative(*GetParam().server)) {
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) unsetenv(name);
+        NativeSqlite source(Path("source.db"));
+        MakeNumbered(source, "SRC", kRows);
+        Forget(*target_, "OUTROWS");
+        target_->Run({"create table OUTROWS (ID int not null primary key, NAME varchar(50) not null)"});
+        for (const BadRow& bad : kBadRows) {
+            const std::string id = std::to_string(bad.id);
+            if (bad.fault == TakenKey) target_->Run({"insert into OUTROWS (ID, NAME) values (" + id + ",'old')"});
+            if (bad.fault == TooWide) source.Run({"update SRC set NAME = printf('%.60c', 'x') where ID = " + id});
+            if (bad.fault == NoName) source.Run({"update SRC set NAME = Null where ID = " + id});
         }
-    }
-    /// Runs the session into a target with these rows: each of them costs one row of the source, and no other.
-    void ExpectOnlyTheseFail(const std::string& connection, const std::string& table, const std::vector<int>& keys,
-                             const std::string& report) {
+        session_.targetKind = GetParam().server->kind;
+        session_.targetConnection = ConnectionTo(*GetParam().server);
+        TestTable table{"SRC", "OUTROWS", {{"ID", "Integer", 11}, {"NAME", "VarWchar", 50}}, true, "append"};
+        table.targetOwner = "dbo";
+        session_.tables = {table};
+        repository_.Add(session_);
         CloseIdleSessions();
-        EXPECT_EQ(Run(), 1) << FirstFailure();
-        const std::string count = std::to_string(keys.size()), loaded = std::to_string(kRows - keys.size());
-        EXPECT_EQ(InLog("Error Loading Row\r\n"), keys.size()) << log_;
-        EXPECT_EQ(InLog(report), keys.size()) << log_;
-        EXPECT_EQ(InLog(" " + loaded + " Rows Loaded\r\n"), 1) << log_;
-        EXPECT_EQ(AskRows(connection, "select count(*), sum(ID) from " + table), std::to_string(kRows) + "|31375");
-        EXPECT_EQ(AskRows(connection, "select count(*) from " + table + " where NAME='old'"), count);
+    }
+    /// Every bad row is told in its order and once: the head that its number gives, and then the server's words.
+    static void ExpectAllTold(const std::string& text, const std::function<std::string(int)>& head) {
+        std::size_t at = 0;
+        for (const BadRow& bad : kBadRows) {
+            at = text.find("Error Loading Row", at);
+            ASSERT_NE(at, std::string::npos) << "row " << bad.id << " is missing in\n" << text;
+            const std::size_t next = text.find("Error Loading Row", at + 1);
+            const std::string told = text.substr(at, next - at);
+            std::string words = GetParam().words[bad.fault];
+            if (const auto key = words.find("'N'"); key != std::string::npos)
+                words.replace(key + 1, 1, std::to_string(bad.id));
+            EXPECT_TRUE(told.starts_with(head(bad.id))) << bad.id << ": " << told;
+            EXPECT_NE(told.find(words), std::string::npos) << bad.id << ": " << told;
+            at = next;
+        }
+        EXPECT_EQ(at, std::string::npos) << text;
+    }
+    void ExpectOnlyTheBadRowsMissing() {
+        int taken = 0;
+        for (const BadRow& bad : kBadRows) taken += bad.fault == TakenKey ? 1 : 0;
+        const auto failed = static_cast<int>(std::size(kBadRows));
+        EXPECT_EQ(InLog("Error Loading Row\r\n"), failed) << log_;
+        EXPECT_EQ(InLog(" " + std::to_string(kRows - failed) + " Rows Loaded\r\n"), 1) << log_;
+        EXPECT_EQ(target_->Count("OUTROWS"), kRows - failed + taken);
+        EXPECT_EQ(target_->Count("OUTROWS where NAME='old'"), taken);
         EXPECT_TRUE(LogIsClosed());
     }
 
-    NativeSqlite source_{Path("source.db")};
-    const std::vector<int> taken_{1, 7, 99, 100, 101, 130, 131, 132, 200, 250};
+    std::unique_ptr<NativeDatabase> target_;
 };
 
-TEST_F(ServersTest, OracleByParameters) {
-    OdbcNames names;
-    names.AddMariaDb("oracle", Server(), "shop", "ORACLE");
-    session_.targetKind = "ORACLE";
-    session_.targetConnection =
-        std::string("DSN=oracle;UID=") + MariaDbServer::kUser + ";PWD={" + MariaDbServer::kPassword + "}";
-    ServerTable("OUTROWS");
-    ExecuteOn(session_.targetConnection, "create table OUTROWS (ID Number(10,0) primary key, NAME Varchar2(50))");
-    Take(session_.targetConnection, "OUTROWS", taken_);
-    ExpectOnlyTheseFail(session_.targetConnection, "OUTROWS", taken_, "Duplicate entry '");
-    for (const int key : taken_) EXPECT_EQ(InLog("Duplicate entry '" + std::to_string(key) + "'"), 1) << key;
+TEST_P(ArraysTest, FailuresAreToldInTheirOrder) {
+    EXPECT_EQ(RunStored(1), 1) << FirstFailure();
+    ExpectOnlyTheBadRowsMissing();
+    ExpectAllTold(log_, [](int) { return "Error Loading Row\r\n"; });
 }
 
-TEST_F(ServersTest, SqlServerRecordByRecord) {
-    TdsServer server;
-    secrets_.emplace_back(TdsServer::kPassword);
-    session_.targetKind = "MSSQL";
-    session_.targetConnection = server.ConnectionString();
-    session_.tables[0].targetOwner = "dbo";
-    ExecuteOn(session_.targetConnection, "create table [dbo].[OUTROWS] ([ID] int primary key, [NAME] nvarchar(50))");
-    Take(session_.targetConnection, "[dbo].[OUTROWS]", taken_);
-    ExpectOnlyTheseFail(session_.targetConnection, "[dbo].[OUTROWS]", taken_, "Violation of UNIQUE KEY constraint");
+TEST_P(ArraysTest, AndShownUnderTheirNumbers) {
+    RunningProgram program(Path("varnel"), {"1", "showoutput"}, folder_.Path(), Path("output.txt"));
+    EXPECT_EQ(End(program), 1) << FirstFailure();
+    ExpectOnlyTheBadRowsMissing();
+    ExpectAllTold(output_, [](int id) { return "Error Loading Row:" + std::to_string(id) + "\n0 "; });
 }
+
+INSTANTIATE_TEST_SUITE_P(Servers, ArraysTest, testing::ValuesIn(kRefusals),
+                         [](const auto& refusals) { return std::string(refusals.param.server->name); });
 
 }  // namespace
 }  // namespace varnel

@@ -8,6 +8,7 @@
 
 #include "ado/SessionLease.h"
 #include "providers/ProviderList.h"
+#include "tests/session/ServerKinds.h"
 
 namespace varnel {
 
@@ -34,7 +35,7 @@ SessionTest::SessionTest() : repository_(folder_.Path()) {
 
 void SessionTest::TearDown() {
     CloseIdleSessions();
-    secrets_.emplace_back(MariaDbServer::kPassword);
+    secrets_.insert(secrets_.end(), {MariaDbServer::kPassword, TdsServer::kPassword});
     for (const auto& [name, bytes] : Snapshot(folder_.Path())) {
         if (name.starts_with("vrrepo.mdb")) continue;
         for (const std::string& secret : secrets_) {
@@ -94,8 +95,7 @@ std::string SessionTest::FirstFailure() const {
 }
 
 MariaDbServer& SessionTest::Server() {
-    static MariaDbServer server;
-    return server;
+    return MariaDb();
 }
 
 std::string SessionTest::ServerTable(const std::string& name) {
@@ -130,6 +130,10 @@ std::string Changed(const std::map<std::string, std::string>& before, const std:
         if (old == before.end() || now == after.end() || old->second != now->second) names += name + " ";
     }
     return names;
+}
+
+void Forget(NativeDatabase& database, const std::string& table) {
+    database.Run({"drop table if exists " + table});
 }
 
 void MakeNumbered(NativeDatabase& database, const std::string& table, int count, int padding) {

@@ -68,6 +68,8 @@ std::map<std::string, std::string> Snapshot(const std::string& folder);
 /// The names, sorted, of the files that came, went or changed between two snapshots; each followed by a blank.
 std::string Changed(const std::map<std::string, std::string>& before, const std::map<std::string, std::string>& after);
 
+/// Drops a table, its name as SQL writes it, where there is one.
+void Forget(NativeDatabase& database, const std::string& table);
 /// A table of numbers 1 to count, "ID" and "NAME", the name followed by padding characters.
 void MakeNumbered(NativeDatabase& database, const std::string& table, int count, int padding = 0);
 

@@ -1,23 +1,19 @@
 #include "tests/support/MariaDbServer.h"
 
-#include <arpa/inet.h>
-#include <fcntl.h>
 #include <mysql.h>
-#include <netinet/in.h>
 #include <signal.h>
-#include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
+
+#include "tests/support/ServerProcess.h"
 
 namespace varnel {
 namespace {
@@ -30,48 +26,12 @@ struct CloseConnection {
 };
 using Connection = std::unique_ptr<MYSQL, CloseConnection>;
 
-std::string FindProgram(const std::string& name) {
-    const char* path = std::getenv("PATH");
-    std::istringstream folders(std::string(path != nullptr ? path : "") + ":/usr/sbin:/usr/bin");
-    for (std::string file; std::getline(folders, file, ':');) {
-        file.append("/").append(name);
-        if (file[0] == '/' && access(file.c_str(), X_OK) == 0) return file;
-    }
-    throw std::runtime_error("The program " + name +
-                             " is missing: install the packages mariadb-server-core and mariadb-client-core.");
-}
-
-/// A port that nobody listens on at this moment.
-int FreePort() {
-    const int descriptor = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    const bool bound = bind(descriptor, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                       getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    close(descriptor);
-    if (!bound) throw std::runtime_error("No free port on the loopback address.");
-    return ntohs(address.sin_port);
-}
-
-/// Starts a program that dies with this process; its output goes to the file.
-pid_t StartProgram(const std::vector<std::string>& words, const std::string& outputFile) {
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (const auto& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
-    const pid_t parent = getpid();
-    const pid_t child = fork();
-    if (child < 0) throw std::runtime_error("No process could be started.");
-    if (child > 0) return child;
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    const int output = open(outputFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-    if (getppid() != parent || output < 0) _exit(126);
-    dup2(output, STDOUT_FILENO);
-    dup2(output, STDERR_FILENO);
-    execv(arguments[0], arguments.data());
-    _exit(127);
+std::string Needed(const std::string& program) {
+    std::string path = FindProgram(program);
+    if (path.empty())
+        throw std::runtime_error("The program " + program +
+                                 " is missing: install the packages mariadb-server-core and mariadb-client-core.");
+    return path;
 }
 
 std::string Content(const std::string& file) {
@@ -106,7 +66,7 @@ MariaDbServer::MariaDbServer(std::vector<std::string> extraFlags, EmptyFolder fo
     : folder_(std::move(folder.path)), extraFlags_(std::move(extraFlags)) {}
 
 MariaDbServer::EmptyFolder MariaDbServer::MakeFolder() {
-    FindProgram("mariadbd");                                                                // before anything is made
+    Needed("mariadbd");                                                                     // before anything is made
     std::string pattern = (std::filesystem::temp_directory_path() / "vdbXXXXXX").string();  // a socket's path is short
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("No temporary folder could be made.");
     return {pattern};
@@ -131,7 +91,7 @@ MariaDbServer::~MariaDbServer() {
 void MariaDbServer::Install() const {
     const std::string log = folder_ + "/install.log";
     const pid_t installer =
-        StartProgram(WithUser({FindProgram("mariadb-install-db"), "--no-defaults", "--datadir=" + folder_ + "/data",
+        StartProgram(WithUser({Needed("mariadb-install-db"), "--no-defaults", "--datadir=" + folder_ + "/data",
                                "--auth-root-authentication-method=normal", "--force", "--skip-test-db",
                                "--innodb-log-file-size=8M"}),
                      log);
@@ -142,7 +102,7 @@ void MariaDbServer::Install() const {
 
 void MariaDbServer::Start() {
     std::vector<std::string> words =
-        WithUser({FindProgram("mariadbd"), "--no-defaults", "--datadir=" + folder_ + "/data", "--socket=" + Socket(),
+        WithUser({Needed("mariadbd"), "--no-defaults", "--datadir=" + folder_ + "/data", "--socket=" + Socket(),
                   "--pid-file=" + folder_ + "/pid", "--port=" + std::to_string(port_), "--bind-address=127.0.0.1",
                   "--skip-name-resolve", "--lower-case-table-names=0", "--innodb-log-file-size=8M",
                   "--innodb-buffer-pool-size=16M", "--innodb-flush-log-at-trx-commit=0", "--innodb-flush-method=nosync",

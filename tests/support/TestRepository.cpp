@@ -48,9 +48,10 @@ private:
 };
 
 void AddSessionRow(const std::string& connection, const TestSession& session) {
-    NewRecord record(connection, "sessions",
-                     "[sessionid],[SessionName],[SourceConnStr],[TargetConnStr],[SourceDBName],[TargetDBName],"
-                     "[SourceType],[TargetType],[SrcDBFPath],[DBFPath],[logfilename],[FPattern],[FRename],[FolderName]");
+    NewRecord record(
+        connection, "sessions",
+        "[sessionid],[SessionName],[SourceConnStr],[TargetConnStr],[SourceDBName],[TargetDBName],"
+        "[SourceType],[TargetType],[SrcDBFPath],[DBFPath],[logfilename],[FPattern],[FRename],[FolderName]");
     record.Number("sessionid", session.id).Text("SessionName", session.name);
     record.Text("SourceConnStr", session.sourceConnection).Text("TargetConnStr", session.targetConnection);
     record.Text("SourceDBName", session.sourceKind).Text("TargetDBName", session.targetKind);
@@ -94,7 +95,11 @@ void AddColumnRow(const std::string& connection, int session, int tabId, const T
 TestRepository::TestRepository(const std::string& folder, Form form)
     : connection_(form == Form::Access ? AccessConnection(folder + "/vrrepo.mdb")
                                        : SqliteConnection(folder + "/vrrepo.mdb")) {
-    for (const char* statement : kTables) Execute(statement);
+    for (std::string statement : kTables) {
+        const bool isKeyed = form == Form::Access && statement.find("[vrtabs]") != std::string::npos;
+        if (isKeyed) statement.replace(statement.size() - 1, 1, ", CONSTRAINT k PRIMARY KEY ([SessionId],[TabID]))");
+        Execute(statement);
+    }
 }
 
 void TestRepository::Add(const TestSession& session) {

@@ -52,7 +52,8 @@ struct TestSession {
 class TestRepository {
 public:
     enum class Form { Sqlite, Access };
-    /// Makes folder/vrrepo.mdb. Needs SetProviders to have been called.
+    /// Makes folder/vrrepo.mdb; in an Access file the session's tables have a primary key. Needs SetProviders to have
+    /// been called.
     explicit TestRepository(const std::string& folder, Form form = Form::Sqlite);
 
     /// Stores a session; its tables are numbered from 1, the template of a polled folder 0.

@@ -5,6 +5,7 @@
 #include <regex>
 
 #include "ado/types/ConnectionString.h"
+#include "tests/support/tds/TdsCatalog.h"
 
 namespace varnel::tds {
 namespace {
@@ -83,41 +84,110 @@ std::vector<std::string> SplitList(std::string_view list) {
     return parts;
 }
 
+/// The first one that is no part of a name in brackets.
+std::size_t FirstParenthesis(std::string_view text) {
+    bool bracket = false;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == '[') bracket = true;
+        if (text[at] == ']') bracket = false;
+        if (text[at] == '(' && !bracket) return at;
+    }
+    return std::string::npos;
+}
+
 std::string Quoted(std::string_view text) {
     std::string quoted = "'";
     for (const char c : text) quoted.append(c == '\'' ? 2 : 1, c);
     return quoted + "'";
 }
 
+/// N'…' without its N, which SQLite does not know.
+std::string WithoutNationalMarks(std::string_view statement) {
+    std::string text;
+    char quote = 0;
+    for (std::size_t k = 0; k < statement.size(); ++k) {
+        const char c = statement[k];
+        const bool free = quote == 0 && (k == 0 || std::isalnum(static_cast<unsigned char>(statement[k - 1])) == 0);
+        if (free && c == 'N' && k + 1 < statement.size() && statement[k + 1] == '\'') continue;
+        if (quote == 0 && (c == '\'' || c == '[' || c == '"')) {
+            quote = c == '[' ? ']' : c;
+        } else if (c == quote) {
+            quote = 0;
+        }
+        text += c;
+    }
+    return text;
+}
+
 using Answer = void (*)(sqlite3_context* context, int count, sqlite3_value** values);
 
-/// What is asked about the database: its name, its collation, and that collation's code page.
-void DefineProperties(sqlite3* handle) {
-    const Answer name = [](sqlite3_context* context, int, sqlite3_value**) {
-        sqlite3_result_text(context, "shop", -1, SQLITE_STATIC);
-    };
-    const Answer collation = [](sqlite3_context* context, int, sqlite3_value**) {
-        sqlite3_result_text(context, "SQL_Latin1_General_CP1_CI_AS", -1, SQLITE_STATIC);
-    };
-    const Answer codePage = [](sqlite3_context* context, int, sqlite3_value**) { sqlite3_result_int(context, 1252); };
-    sqlite3_create_function(handle, "DB_NAME", 0, SQLITE_UTF8, nullptr, name, nullptr, nullptr);
-    sqlite3_create_function(handle, "DATABASEPROPERTYEX", 2, SQLITE_UTF8, nullptr, collation, nullptr, nullptr);
-    sqlite3_create_function(handle, "COLLATIONPROPERTY", 2, SQLITE_UTF8, nullptr, codePage, nullptr, nullptr);
+std::string_view TextOf(sqlite3_value* value) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return text == nullptr ? "" : text;
 }
+
+void AnswerText(sqlite3_context* context, std::string_view text) {
+    sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+}
+
+/// The parts of a declared type as WithChecks writes it: affinity, word, numbers, collation.
+SqlType ReadDeclared(const char* declared) {
+    SqlType type;
+    char word[64] = "", collation[64] = "";
+    if (std::sscanf(declared, "%*s %63s %u,%u,%u %63s", word, &type.size, &type.precision, &type.scale, collation) >= 4)
+        type.word = word;
+    type.collation = collation;
+    return type;
+}
+
+/// What is asked about the database and its columns: names, collations, and their code pages.
+void DefineProperties(sqlite3* handle) {
+    const auto define = [&](const char* name, int count, Answer answer) {
+        sqlite3_create_function(handle, name, count, SQLITE_UTF8, nullptr, answer, nullptr, nullptr);
+    };
+    define("DB_NAME", 0, [](sqlite3_context* context, int, sqlite3_value**) { AnswerText(context, "shop"); });
+    define("DATABASEPROPERTYEX", 2,
+           [](sqlite3_context* context, int, sqlite3_value**) { AnswerText(context, kDatabaseCollation); });
+    define("COLLATIONPROPERTY", 2, [](sqlite3_context* context, int, sqlite3_value** values) {
+        const std::string_view name = TextOf(values[0]);
+        const Collation* collation = name.empty() ? nullptr : FindCollation(name);
+        if (collation != nullptr) sqlite3_result_int(context, collation->codePage);
+    });
+    // An object's "number" is its bare name, for a name in brackets or without.
+    define("OBJECT_ID", 1, [](sqlite3_context* context, int, sqlite3_value** values) {
+        std::string_view name = TextOf(values[0]);
+        if (const auto dot = name.rfind("].["); dot != std::string_view::npos) name.remove_prefix(dot + 2);
+        if (name.starts_with('[') && name.ends_with(']')) name = name.substr(1, name.size() - 2);
+        AnswerText(context, AsciiLower(std::string(name)));
+    });
+    define("tds_collation", 1, [](sqlite3_context* context, int, sqlite3_value** values) {
+        const SqlType type = ReadDeclared(std::string(TextOf(values[0])).c_str());
+        if (!IsText(type)) return;
+        AnswerText(context, type.collation.empty() ? kDatabaseCollation : std::string_view(type.collation));
+    });
+}
+
+/// The catalogue's view of the columns, made when a statement asks it.
+constexpr const char* kFillColumns =
+    "DELETE FROM sys.columns; INSERT INTO sys.columns SELECT lower(t.name), c.name, tds_collation(c.type) FROM "
+    "dbo.sqlite_schema t, pragma_table_info(t.name, 'dbo') c WHERE t.type = 'table'";
 
 }  // namespace
 
 TdsDatabase::TdsDatabase(const std::string& file) {
-    sqlite3_open(":memory:", &handle_);
+    sqlite3_open(file.c_str(), &handle_);
+    sqlite3_db_config(handle_, SQLITE_DBCONFIG_MAINDBNAME, "dbo");  // where names without a schema belong
     sqlite3_busy_timeout(handle_, 20000);
     DefineProperties(handle_);
     sqlite3_create_function(handle_, "tds_fits", 6, SQLITE_UTF8, this, &TdsDatabase::CheckFit, nullptr, nullptr);
-    Plain(("ATTACH " + Quoted(file) + " AS dbo").c_str());
+    Plain("ATTACH ':memory:' AS sys");
+    Plain("CREATE TABLE sys.columns (object_id, name, collation_name)");
     Plain("PRAGMA dbo.journal_mode=MEMORY");
     Plain("PRAGMA dbo.synchronous=OFF");
 }
 
 TdsDatabase::~TdsDatabase() {
+    last_.reset();
     sqlite3_close_v2(handle_);
 }
 
@@ -144,10 +214,11 @@ void TdsDatabase::CheckFit(sqlite3_context* context, int, sqlite3_value** values
 /// "create table …" with every column's kind of storage and a check in place of its type; the type itself goes into the
 /// column's collation-free remark, which the descriptions are made from.
 std::string TdsDatabase::WithChecks(const std::string& createTable) {
-    const auto open = createTable.find('('), close = createTable.rfind(')');
+    const auto open = FirstParenthesis(createTable), close = createTable.rfind(')');
     if (open == std::string::npos || close == std::string::npos) return createTable;
     static const std::regex kColumn(
         R"(^\s*(\[(?:[^\]]|\]\])*\]|\w+)\s+\[?(\w+)\]?\s*(?:\(\s*([^)]*?)\s*\))?([\s\S]*)$)");
+    static const std::regex kCollate(R"(\bcollate\s+(\w+))", std::regex::icase);
     std::string rewritten = createTable.substr(0, open + 1);
     bool first = true;
     for (const std::string& part : SplitList(std::string_view(createTable).substr(open + 1, close - open - 1))) {
@@ -161,9 +232,17 @@ std::string TdsDatabase::WithChecks(const std::string& createTable) {
         // The declared "type" is the affinity followed by the real one; SQLite takes any words there.
         const std::string numbers =
             std::to_string(type->size) + "," + std::to_string(type->precision) + "," + std::to_string(type->scale);
-        rewritten += std::string(first ? "" : ",") + name + " \"" + std::string(AffinityOf(*type)) + " " + word + " " +
-                     numbers + "\" " + match[4].str() + " CHECK (tds_fits(" + name + "," + Quoted(bare) + ",'" + word +
-                     "'," + numbers + "))";
+        std::string rest = match[4].str(), collation;
+        if (std::smatch named; std::regex_search(rest, named, kCollate)) {
+            collation = named[1].str();
+            if (FindCollation(collation) == nullptr) throw SqlFailure{448, "Invalid collation '" + collation + "'."};
+            rest = named.prefix().str() + named.suffix().str();
+        }
+        if (!first) rewritten += ",";
+        rewritten.append(name).append(" \"").append(AffinityOf(*type)).append(" ").append(word).append(" ");
+        rewritten.append(numbers).append(" ").append(collation).append("\" ").append(rest);
+        rewritten.append(" CHECK (tds_fits(").append(name).append(",").append(Quoted(bare)).append(",'").append(word);
+        rewritten.append("',").append(numbers).append("))");
         first = false;
     }
     return rewritten + ")";
@@ -171,20 +250,18 @@ std::string TdsDatabase::WithChecks(const std::string& createTable) {
 
 TdsDatabase::Statement TdsDatabase::Prepare(const std::string& statement) {
     static const std::regex kCreate(R"(^\s*create\s+table\b)", std::regex::icase);
-    const std::string text = std::regex_search(statement, kCreate) ? WithChecks(statement) : statement;
+    const std::string text = std::regex_search(statement, kCreate)
+                                 ? WithChecks(statement)
+                                 : CatalogQuery(statement).value_or(WithoutNationalMarks(statement));
+    if (text.find("sys.columns") != std::string::npos) Plain(kFillColumns);
     sqlite3_stmt* made = nullptr;
     if (sqlite3_prepare_v2(handle_, text.c_str(), -1, &made, nullptr) != SQLITE_OK) Fail(statement);
     return Statement(made);
 }
 
 SqlType TdsDatabase::DeclaredType(sqlite3_stmt* statement, int k, bool onRow) {
+    if (const char* declared = sqlite3_column_decltype(statement, k)) return ReadDeclared(declared);
     SqlType type;
-    if (const char* declared = sqlite3_column_decltype(statement, k)) {
-        char word[64] = "";
-        if (std::sscanf(declared, "%*s %63s %u,%u,%u", word, &type.size, &type.precision, &type.scale) == 4)
-            type.word = word;
-        return type;
-    }
     const int kind = onRow ? sqlite3_column_type(statement, k) : SQLITE_INTEGER;
     if (kind == SQLITE_INTEGER) type.word = "int";
     if (kind == SQLITE_FLOAT) type.word = "float";
@@ -204,8 +281,13 @@ std::vector<SqlColumn> TdsDatabase::Describe(const std::string& statement) {
     return ColumnsOf(Prepare(statement).get(), false);
 }
 
+TdsDatabase::Statement TdsDatabase::PreparedAgain(const std::string& statement) {
+    Statement last = std::move(last_);
+    return last && lastText_ == statement ? std::move(last) : Prepare(statement);
+}
+
 std::int64_t TdsDatabase::Run(const std::string& statement, const NamedCells& parameters, const Answer& answer) {
-    const Statement prepared = Prepare(statement);
+    Statement prepared = PreparedAgain(statement);
     for (const auto& [name, cell] : parameters) {
         const int at = sqlite3_bind_parameter_index(prepared.get(), name.c_str());
         if (at > 0) Bind(prepared.get(), at, cell);
@@ -220,7 +302,12 @@ std::int64_t TdsDatabase::Run(const std::string& statement, const NamedCells& pa
             cells[k] = CellOf(sqlite3_column_value(prepared.get(), static_cast<int>(k)));
         answer.row(cells);
     }
-    return cells.empty() ? sqlite3_changes64(handle_) : rows;
+    if (!cells.empty()) return rows;
+    sqlite3_reset(prepared.get());
+    sqlite3_clear_bindings(prepared.get());
+    lastText_ = statement;
+    last_ = std::move(prepared);
+    return sqlite3_changes64(handle_);
 }
 
 void TdsDatabase::Fail(const std::string& statement) {

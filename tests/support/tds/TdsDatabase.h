@@ -53,12 +53,16 @@ private:
     static void CheckFit(sqlite3_context* context, int count, sqlite3_value** values);
     void Plain(const char* statement);
     Statement Prepare(const std::string& statement);
+    /// The statement prepared, or as it was left when it was the last one to run.
+    Statement PreparedAgain(const std::string& statement);
     std::string WithChecks(const std::string& createTable);
     std::vector<SqlColumn> ColumnsOf(sqlite3_stmt* statement, bool onRow);
     SqlType DeclaredType(sqlite3_stmt* statement, int k, bool onRow);
     [[noreturn]] void Fail(const std::string& statement);
 
     sqlite3* handle_ = nullptr;
+    std::string lastText_;
+    Statement last_;     ///< the one that ran last, if it returned no rows: many more may come through it
     SqlFailure misfit_;  ///< why the check of a value failed
 };
 

@@ -34,6 +34,10 @@ TdsServer::~TdsServer() {
 
 void TdsServer::Listen() {
     for (int taken = accept(listener_, nullptr, nullptr); taken >= 0; taken = accept(listener_, nullptr, nullptr)) {
+        if (options_.down) {
+            close(taken);
+            continue;
+        }
         const int noDelay = 1;
         setsockopt(taken, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
         const std::lock_guard guard(mutex_);
@@ -41,6 +45,8 @@ void TdsServer::Listen() {
         sessions_.emplace_back([this, taken] {
             try {
                 tds::TdsSession(taken, options_).Serve();
+            } catch (const tds::Crash&) {
+                DropLogIns();
             } catch (const std::exception&) {
                 // a message that the double does not understand, or a client that is gone: the log-in ends
             }
@@ -54,6 +60,11 @@ void TdsServer::Listen() {
 void TdsServer::DropLogIns() {
     const std::lock_guard guard(mutex_);
     for (const int open : sockets_) shutdown(open, SHUT_RDWR);
+}
+
+void TdsServer::CrashAfter(int rows, bool forGood) {
+    options_.staysDown = forGood;
+    options_.rowsUntilCrash = rows;
 }
 
 std::string TdsServer::ConnectionString() const {

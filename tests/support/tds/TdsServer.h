@@ -30,6 +30,10 @@ public:
     const std::string& File() const { return options_.file; }
     /// Ends every log-in at once, as a crash would; new ones are welcome.
     void DropLogIns();
+    /// The same when so many rows were read or written, counted from now. forGood: new log-ins are not welcome then.
+    void CrashAfter(int rows, bool forGood);
+    /// Welcomes log-ins again.
+    void Revive() { options_.down = false; }
 
 private:
     void Listen();

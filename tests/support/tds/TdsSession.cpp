@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "tests/support/tds/TdsCatalog.h"
+
 namespace varnel::tds {
 namespace {
 
@@ -110,8 +112,10 @@ void TdsSession::Serve() {
 bool TdsSession::LogIn(const Message& message) {
     const std::string user = FromUtf16(Field(message.body, 40));
     const std::string database = FromUtf16(Field(message.body, 68));
-    if (user != options_.user || PasswordOf(Field(message.body, 44)) != options_.password) {
-        WriteFailure({18456, "Login failed for user '" + user + "'."});
+    const std::string password = PasswordOf(Field(message.body, 44));
+    if (user != options_.user || password != options_.password) {
+        // It tells more than a server should, so that nobody relies on the discretion of servers.
+        WriteFailure({18456, "Login failed for user '" + user + "', whose password is not '" + password + "'."});
         WriteDone(kDone, kError, 0);
         return false;
     }
@@ -156,18 +160,26 @@ void TdsSession::Execute(const std::string& statement, const NamedCells& paramet
                                          WriteDescription(columns);
                                      },
                                      [&](const std::vector<Cell>& cells) {
+                                         CountRow();
                                          out_.U8(0xD1);
                                          for (std::size_t k = 0; k < cells.size(); ++k)
                                              WriteCell(out_, described[k].type, cells[k]);
                                          SendMore();
                                      }};
     try {
+        if (!parameters.empty()) CountRow();
         const std::int64_t rows = database_->Run(statement, parameters, answer);
         WriteDone(doneToken, kCount | following, static_cast<std::uint64_t>(rows));
     } catch (const SqlFailure& failure) {
         WriteFailure(failure);
         WriteDone(doneToken, kError | following, 0);
     }
+}
+
+void TdsSession::CountRow() {
+    if (options_.rowsUntilCrash == 0 || --options_.rowsUntilCrash > 0) return;
+    options_.down = options_.staysDown.load();
+    throw Crash();
 }
 
 void TdsSession::AnswerCalls(Reader in) {
@@ -178,18 +190,21 @@ void TdsSession::AnswerCalls(Reader in) {
 void TdsSession::AnswerCall(Reader& in) {
     const unsigned nameLength = in.U16();
     unsigned procedure = 0;
+    std::string name;
     if (nameLength == 0xFFFF) {
         procedure = in.U16();
     } else {
-        const std::string name = in.Text(nameLength);
+        name = in.Text(nameLength);
         procedure = name == "sp_execute" ? kExecute : name == "sp_unprepare" ? kUnprepare : 0;
     }
     in.Skip(2);
     std::vector<Cell> cells;
+    std::string called = "exec " + name;  // as a statement, for procedures that answer a question about tables
     while (!in.AtEnd() && in.Peek() != 0xFF && in.Peek() != 0x80) {
-        in.Text(in.U8());
+        called += " " + in.Text(in.U8());
         in.Skip(1);
         cells.push_back(ReadParameter(in));
+        called += "='" + cells.back().bytes + "'";
     }
     const bool more = !in.AtEnd();
     if (more) in.Skip(1);
@@ -205,6 +220,8 @@ void TdsSession::AnswerCall(Reader& in) {
         statement = prepared_[static_cast<int>(cells.at(0).integer)], from = 1;
     } else if (procedure == kUnprepare) {
         prepared_.erase(static_cast<int>(cells.at(0).integer));
+    } else if (CatalogQuery(called)) {
+        statement = called, from = cells.size();
     }
     if (procedure == kPrepare) {
         try {

@@ -1,8 +1,10 @@
 // One log-in at the double: messages in, token streams out, as TDS 7.4 has them.
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "tests/support/tds/TdsDatabase.h"
@@ -12,13 +14,21 @@ namespace varnel::tds {
 /// What the double expects and counts; shared by all sessions.
 struct TdsOptions {
     std::string user = "sa", password;
-    std::string file;  ///< of the tables
+    std::string file;                     ///< of the tables
+    std::atomic<int> rowsUntilCrash = 0;  ///< read or written; 0: no crash is planned
+    std::atomic<bool> staysDown = false;  ///< after the crash
+    std::atomic<bool> down = false;
+};
+
+/// The planned crash.
+struct Crash : std::runtime_error {
+    Crash() : std::runtime_error("the double crashes, as planned") {}
 };
 
 class TdsSession {
 public:
-    TdsSession(int socket, const TdsOptions& options) : socket_(socket), options_(options) {}
-    /// Serves until the other side closes or a message is broken.
+    TdsSession(int socket, TdsOptions& options) : socket_(socket), options_(options) {}
+    /// Serves until the other side closes. Throws on a broken message, and Crash.
     void Serve();
 
 private:
@@ -32,6 +42,8 @@ private:
         if (out_.Size() > 30000) Send(false);
     }
 
+    /// Throws Crash at the row for which it is planned.
+    void CountRow();
     bool LogIn(const Message& message);
     void Answer(const Message& message);
     void AnswerBatch(Reader in);
@@ -47,7 +59,7 @@ private:
     void WriteHandle(int handle);
 
     int socket_;
-    const TdsOptions& options_;
+    TdsOptions& options_;
     std::unique_ptr<TdsDatabase> database_;
     Writer out_;
     unsigned packet_ = 0;

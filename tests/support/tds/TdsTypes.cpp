@@ -15,10 +15,15 @@ namespace varnel::tds {
 namespace {
 
 constexpr int kTruncation = 8152, kConversion = 245, kDateConversion = 241, kOverflow = 8115, kImplicit = 260;
-constexpr std::int32_t kDayOf1900 = 2;                             // days since 1899-12-30
-constexpr std::int32_t kDayOfYearOne = -693593;                    // 0001-01-01
-constexpr std::int64_t kTicksPerMicro = 10;                        // of 100 nanoseconds
-constexpr std::string_view kCollation("\x09\x04\xD0\x00\x34", 5);  // Latin1_General_CI_AS
+constexpr std::int32_t kDayOf1900 = 2;           // days since 1899-12-30
+constexpr std::int32_t kDayOfYearOne = -693593;  // 0001-01-01
+constexpr std::int64_t kTicksPerMicro = 10;      // of 100 nanoseconds
+
+using namespace std::string_view_literals;
+constexpr Collation kCollations[] = {{kDatabaseCollation, "\x09\x04\xD0\x00\x34"sv, 1252},
+                                     {"Latin1_General_CI_AS", "\x09\x04\xD0\x00\x00"sv, 1252},
+                                     {"Polish_CI_AS", "\x15\x04\xD0\x00\x00"sv, 1250},
+                                     {"Cyrillic_General_CI_AS", "\x19\x04\xD0\x00\x00"sv, 1251}};
 
 enum class Shape : std::uint8_t { Integer, Bit, Real, Decimal, Money, Moment, Date, Guid, Text, Bytes };
 
@@ -110,8 +115,8 @@ int ContentMisfit(const SqlType& type, const TypeRow& row, const Cell& cell) {
 }
 
 /// What the code page of a narrow column lacks is a question mark, as SQL Server has it.
-std::string Narrow(std::string_view utf8) {
-    const CodePage page(1252);
+std::string Narrow(std::string_view utf8, const SqlType& type) {
+    const CodePage page(FindCollation(type.collation)->codePage);
     std::string narrow;
     const std::string utf16 = ToUtf16(utf8);
     for (std::size_t k = 0; k + 1 < utf16.size(); k += 2) {
@@ -140,7 +145,7 @@ std::string ContentOf(const SqlType& type, const TypeRow& row, const Cell& cell)
     }
     if (row.word == "char" || row.word == "nchar")
         text.append(type.size - std::min<std::size_t>(CharacterCount(text), type.size), ' ');
-    return IsWide(row) ? ToUtf16(text) : Narrow(text);
+    return IsWide(row) ? ToUtf16(text) : Narrow(text, type);
 }
 
 void WriteDecimal(Writer& out, const SqlType& type, const Cell& cell) {
@@ -314,6 +319,13 @@ Cell ReadGuidParameter(Reader& in) {
 
 }  // namespace
 
+const Collation* FindCollation(std::string_view name) {
+    if (name.empty()) name = kDatabaseCollation;
+    const auto* found =
+        std::find_if(std::begin(kCollations), std::end(kCollations), [&](const auto& c) { return c.name == name; });
+    return found == std::end(kCollations) ? nullptr : found;
+}
+
 std::optional<SqlType> ReadType(std::string_view word, std::string_view arguments) {
     SqlType type;
     type.word = word;
@@ -364,6 +376,10 @@ int Misfit(const SqlType& type, const Cell& cell) {
     }
 }
 
+bool IsText(const SqlType& type) {
+    return RowOf(type).shape == Shape::Text;
+}
+
 bool HasTextPointer(const SqlType& type) {
     return type.word == "text" || type.word == "ntext" || type.word == "image";
 }
@@ -378,7 +394,7 @@ void WriteTypeInfo(Writer& out, const SqlType& type) {
             out.U32(IsWide(row) ? 0x7FFFFFFE : 0x7FFFFFFF);
         else
             out.U16(type.size == 0 ? 0xFFFF : type.size * row.bytes);
-        if (row.shape == Shape::Text) out.Raw(kCollation);
+        if (row.shape == Shape::Text) out.Raw(FindCollation(type.collation)->wire);
         return;
     }
     out.U8(row.bytes);

@@ -23,7 +23,18 @@ struct SqlType {
     std::string word = "nvarchar";  ///< lower case
     unsigned size = 4000;           ///< characters or bytes; 0 without a limit
     unsigned precision = 18, scale = 0;
+    std::string collation = {};  ///< of a text; the database's when empty
 };
+
+/// A collation as it is named, with the code page of narrow texts under it.
+struct Collation {
+    std::string_view name;
+    std::string_view wire;  ///< the five bytes that describe it
+    int codePage;
+};
+inline constexpr std::string_view kDatabaseCollation = "SQL_Latin1_General_CP1_CI_AS";
+/// Null for a name that the double does not know. "" names the database's.
+const Collation* FindCollation(std::string_view name);
 
 struct SqlColumn {
     std::string name;
@@ -40,6 +51,7 @@ int Misfit(const SqlType& type, const Cell& cell);
 
 /// The TYPE_INFO of a result column.
 void WriteTypeInfo(Writer& out, const SqlType& type);
+bool IsText(const SqlType& type);
 /// text, ntext and image name their table in the description and carry a pointer before each value.
 bool HasTextPointer(const SqlType& type);
 void WriteCell(Writer& out, const SqlType& type, const Cell& cell);
