@@ -28,21 +28,35 @@ Value Money(std::int64_t hundredths) {
 }
 
 void SetRow(Recordset& rows, int id) {
-    static constexpr const char* kPlaces[] = {"Hamburg", "Lyon", "Gda\xC5\x84sk", "Porto", "Aarhus", "Tarragona"};
-    const DateTime made{40'000 + id % 5'000, (id % 86'400) * kMicrosPerSecond};
-    rows.Fields(0).SetValue(Value::OfInteger(id));
-    rows.Fields(1).SetValue(Value::OfInteger(id % 997));
-    rows.Fields(2).SetValue(Value::OfInteger(std::int64_t{id} * 1'000'003));
-    rows.Fields(3).SetValue(Money(id % 1'000'000));
-    rows.Fields(4).SetValue(Money(id % 99'991 + 1));
-    rows.Fields(5).SetValue(Value::OfText("A-" + std::to_string(100'000 + id % 900'000)));
-    rows.Fields(6).SetValue(Value::OfText("Customer number " + std::to_string(id)));
-    rows.Fields(7).SetValue(Value::OfText(kPlaces[id % 6]));
-    rows.Fields(8).SetValue(Value::OfDateTime(made));
-    rows.Fields(9).SetValue(Value::OfDateTime({made.days + id % 30, 0}));
+    const BenchRow row = MakeBenchRow(id);
+    rows.Fields(0).SetValue(Value::OfInteger(row.id));
+    rows.Fields(1).SetValue(Value::OfInteger(row.quantity));
+    rows.Fields(2).SetValue(Value::OfInteger(row.counter));
+    rows.Fields(3).SetValue(Money(row.price));
+    rows.Fields(4).SetValue(Money(row.rate));
+    rows.Fields(5).SetValue(Value::OfText(row.code));
+    rows.Fields(6).SetValue(Value::OfText(row.name));
+    rows.Fields(7).SetValue(Value::OfText(row.place));
+    rows.Fields(8).SetValue(Value::OfDateTime(row.made));
+    rows.Fields(9).SetValue(Value::OfDateTime(row.changed));
 }
 
 }  // namespace
+
+BenchRow MakeBenchRow(int id) {
+    static constexpr const char* kPlaces[] = {"Hamburg", "Lyon", "Gda\xC5\x84sk", "Porto", "Aarhus", "Tarragona"};
+    const DateTime made{40'000 + id % 5'000, (id % 86'400) * kMicrosPerSecond};
+    return {id,
+            id % 997,
+            std::int64_t{id} * 1'000'003,
+            id % 1'000'000,
+            id % 99'991 + 1,
+            "A-" + std::to_string(100'000 + id % 900'000),
+            "Customer number " + std::to_string(id),
+            kPlaces[id % 6],
+            made,
+            {made.days + id % 30, 0}};
+}
 
 std::string BenchTableStatement(const std::string& name) {
     std::string statement = "create table " + name + " (";

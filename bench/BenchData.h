@@ -1,12 +1,23 @@
 // The benchmark's table: ten columns of integers, decimals, texts and dates.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "platform/DateTime.h"
 #include "tests/support/TestRepository.h"
 
 namespace varnel {
+
+/// A row of it; price and rate in hundredths.
+struct BenchRow {
+    std::int64_t id, quantity, counter, price, rate;
+    std::string code, name, place;
+    DateTime made, changed;
+};
+/// The row with this number; numbers begin at 1.
+BenchRow MakeBenchRow(int id);
 
 /// "create table NAME (…)": a statement that SQLite and MySQL both take.
 std::string BenchTableStatement(const std::string& name);

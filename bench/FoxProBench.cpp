@@ -94,7 +94,7 @@ void WriteCsv(const std::string& path, int rows) {
 
 Measurement Report(const char* what, const std::string& prepare, const std::string& command, const std::string& folder,
                    int rows) {
-    const Measurement best = MedianOf(kRuns, prepare, command, folder);
+    const Measurement best = LeastOf(kRuns, prepare, command, folder);
     std::printf("%-34s %12.0f %10.2f %10.2f %10.1f%s\n", what, rows / best.seconds, best.seconds, best.processorSeconds,
                 best.peakMebibytes, best.status == 0 ? "" : "   FAILED");
     std::fflush(stdout);

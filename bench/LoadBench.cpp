@@ -1,37 +1,33 @@
 // Whole sessions through the real program, beside the command-line tools doing the same work in the same run.
 // Usage: load_bench [rows] (default 1,000,000). Prints a table; the figures mean something only beside each other.
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 
 #include "ado/SessionLease.h"
 #include "bench/BenchData.h"
-#include "bench/Measure.h"
-#include "providers/ProviderList.h"
-#include "tests/support/MariaDbServer.h"
-#include "tests/support/RunProgram.h"
-#include "tests/support/TempFolder.h"
+#include "bench/SessionsBench.h"
 
 namespace varnel {
 namespace {
 
-constexpr int kRuns = 3;
-constexpr int kSmallRows = 10'000;
+constexpr int kFewRows = 10'000;
 
-enum SessionNumber { kSqliteToSqlite = 1, kSqliteToMySql, kMySqlToSqlite, kEmptyTable };
+enum SessionNumber { kSqliteToSqlite = 1, kSqliteToMySql, kMySqlToSqlite };
+constexpr int kOfFewRows = 10;  ///< added to the numbers of sessions on the table of few rows
+constexpr int kEmptyTable = 20;
 
-class LoadBench {
+class LoadBench : public SessionsBench {
 public:
-    explicit LoadBench(int rows) : rows_(rows) {
-        SetProviders(AllProviders());
-        InstallVarnel(folder_.Path());
-        server_.Run({"create database if not exists bench", "grant all on bench.* to 'loader'@'localhost'",
-                     "grant all on bench.* to 'loader'@'127.0.0.1'"});
+    explicit LoadBench(int rows) : SessionsBench(rows) {
+        MakeDatabase(server_);
+        Prepare("source", Rows(), 0);
+        WriteBenchInserts(sqlite_, "source", "loaded", File("load.sql"));
+        Prepare("few", kFewRows, kOfFewRows);
+        ExecuteOn(sqlite_, BenchTableStatement("empty"));
+        Add(SessionFor(kEmptyTable, {"ACCESS", sqlite_, "empty"}, {"ACCESS", target_}));
     }
 
-    bool Run() {
-        std::printf("%-42s %12s %10s %10s %8s\n", "", "rows/s", "seconds", "peak MiB", "ratio");
-        Prepare("source", rows_);
+    bool Run() const {
+        ShowHead();
         const bool allRan = RunPairs();
         MeasureMemoryAtFewRows();
         MeasureEmptySession();
@@ -39,124 +35,58 @@ public:
     }
 
 private:
-    void Prepare(const std::string& table, int rows) {
-        for (const std::string& connection : {sqlite_, mySql_}) {
-            ExecuteOn(connection, BenchTableStatement(table));
-        }
+    /// A table in SQLite and the server, and the sessions that load it.
+    void Prepare(const std::string& table, int rows, int shift) {
+        for (const std::string& connection : {sqlite_, mySql_}) ExecuteOn(connection, BenchTableStatement(table));
         FillBenchTable(sqlite_, table, rows);
-        WriteBenchInserts(sqlite_, table, table, folder_.File(table + ".sql"));
-        Measure(MariaDb() + " bench < " + table + ".sql", folder_.Path());
-        if (table == "source") {
-            WriteBenchInserts(sqlite_, table, "loaded", folder_.File("load.sql"));
-            std::filesystem::remove(folder_.File(table + ".sql"));
-        }
-        TestRepositoryOnce().Add(Session(kSqliteToSqlite + shift_, table, "ACCESS", sqlite_, "ACCESS", target_));
-        TestRepositoryOnce().Add(Session(kSqliteToMySql + shift_, table, "ACCESS", sqlite_, "MySQL", mySql_));
-        TestRepositoryOnce().Add(Session(kMySqlToSqlite + shift_, table, "MySQL", mySql_, "ACCESS", target_));
-        CloseIdleSessions();
+        WriteBenchInserts(sqlite_, table, table, File("fill.sql"));
+        Shell(MariaDbClient(server_) + " < fill.sql; rm fill.sql");
+        const Side sqlite{"ACCESS", sqlite_, table}, mySql{"MySQL", mySql_, table}, into{"ACCESS", target_};
+        Add(SessionFor(kSqliteToSqlite + shift, sqlite, into));
+        Add(SessionFor(kSqliteToMySql + shift, sqlite, {"MySQL", mySql_}));
+        TestSession fromServer = SessionFor(kMySqlToSqlite + shift, mySql, into);
+        fromServer.tables[0].sourceOwner = "bench";
+        Add(fromServer);
     }
 
-    TestRepository& TestRepositoryOnce() {
-        if (!repository_) repository_ = std::make_unique<TestRepository>(folder_.Path());
-        return *repository_;
-    }
-
-    TestSession Session(int id, const std::string& table, const char* sourceKind, const std::string& source,
-                        const char* targetKind, const std::string& target) const {
-        TestSession session;
-        session.id = id;
-        session.sourceKind = sourceKind;
-        session.sourceConnection = source;
-        session.targetKind = targetKind;
-        session.targetConnection = target;
-        session.log = folder_.File("load.log");
-        session.tables = {{table, "loaded", BenchColumns(), true, "append", "", "", "bench", ""}};
-        return session;
-    }
-
-    std::string MariaDb() const {
-        return "MYSQL_PWD=\"" + std::string(MariaDbServer::kPassword) +
-               "\" mariadb --no-defaults --user=" + MariaDbServer::kUser + " --socket=" + server_.Socket();
-    }
-
-    /// Shell commands that leave an empty table "loaded" in either target.
-    std::string FreshSqlite() const {
-        return "rm -f target.db; sqlite3 target.db '" + BenchTableStatement("loaded") + "'";
-    }
-    std::string FreshMySql() const {
-        return MariaDb() + " bench -e 'drop table if exists loaded; " + BenchTableStatement("loaded") + "'";
-    }
-
-    bool RunPairs() {
+    bool RunPairs() const {
         const std::string list = BenchColumnList();
-        bool allRan = Compare("SQLite -> SQLite", kSqliteToSqlite, FreshSqlite(), "sqlite3 .dump | sqlite3",
-                              "rm -f target.db; sqlite3 source.db '.dump source' | sqlite3 target.db");
-        const Measurement inside = MedianOf(kRuns, FreshSqlite(),
-                                            "sqlite3 target.db \"attach 'source.db' as s; insert into loaded (" + list +
-                                                ") select " + list + " from s.source order by rowid\"",
-                                            folder_.Path());
-        Show("  (INSERT … SELECT inside one sqlite3)", inside, 0);
-        allRan &= Compare("SQLite -> MySQL", kSqliteToMySql, FreshMySql(), "mariadb < the same 100-row INSERTs",
-                          MariaDb() + " bench < load.sql");
-        allRan &= Compare("MySQL -> SQLite", kMySqlToSqlite, FreshSqlite(), "mariadb --quick | sqlite3 .import",
-                          MariaDb() + " --quick --batch --skip-column-names bench -e 'select " + list +
-                              " from source' | sqlite3 target.db -cmd '.mode tabs' '.import /dev/stdin loaded'");
+        const Measurement dump = Tool("SQLite -> SQLite: sqlite3 .dump | sqlite3", "sqlite3", "",
+                                      "rm -f target.db; sqlite3 source.db '.dump source' | sqlite3 target.db");
+        bool allRan = Ours("SQLite -> SQLite", kSqliteToSqlite, FreshSqlite(), dump.seconds);
+        Tool("  (INSERT … SELECT inside one sqlite3)", "sqlite3", FreshSqlite(),
+             "sqlite3 target.db \"attach 'source.db' as s; insert into loaded (" + list + ") select " + list +
+                 " from s.source order by rowid\"");
+        const Measurement client = Tool("SQLite -> MySQL: mariadb < the same 100-row INSERTs", "mariadb",
+                                        FreshMariaDb(server_), MariaDbClient(server_) + " < load.sql");
+        allRan &= Ours("SQLite -> MySQL", kSqliteToMySql, FreshMariaDb(server_), client.seconds);
+        const Measurement piped =
+            Tool("MySQL -> SQLite: mariadb --quick | sqlite3 .import", "sqlite3", FreshSqlite(),
+                 MariaDbClient(server_) + " --quick --batch --skip-column-names -e 'select " + list +
+                     " from source' | sqlite3 target.db -cmd '.mode tabs' '.import /dev/stdin loaded'");
+        allRan &= Ours("MySQL -> SQLite", kMySqlToSqlite, FreshSqlite(), piped.seconds);
         return allRan;
     }
 
-    bool Compare(const char* name, int session, const std::string& prepare, const char* yardstickName,
-                 const std::string& yardstick) {
-        const Measurement tool = MedianOf(kRuns, prepare, yardstick, folder_.Path());
-        const Measurement ours = MedianOf(kRuns, prepare, "exec ./varnel " + std::to_string(session), folder_.Path());
-        Show((std::string(name) + ": " + yardstickName).c_str(), tool, 0);
-        Show((std::string(name) + ": varnel").c_str(), ours, tool.seconds);
-        const bool loaded = LoadedRows(session) == std::to_string(rows_) && ours.status == 0;
-        if (!loaded) std::printf("FAILED: session %d, status %d\n", session, ours.status);
-        return loaded;
-    }
-
-    std::string LoadedRows(int session) const {
-        const std::string rows = AskRows(session == kSqliteToMySql ? mySql_ : target_, "select count(*) from loaded");
-        CloseIdleSessions();
-        return rows;
-    }
-
-    void Show(const char* name, const Measurement& m, double yardstickSeconds) const {
-        std::printf("%-42s %12.0f %10.2f %10.1f", name, rows_ / m.seconds, m.seconds, m.peakMebibytes);
-        if (yardstickSeconds > 0) std::printf(" %7.2fx", yardstickSeconds / m.seconds);
-        std::printf("\n");
-        std::fflush(stdout);
-    }
-
-    void MeasureMemoryAtFewRows() {
-        shift_ = 10;
-        Prepare("few", kSmallRows);
+    void MeasureMemoryAtFewRows() const {
         for (const int session : {kSqliteToSqlite, kSqliteToMySql, kMySqlToSqlite}) {
-            const std::string prepare = session == kSqliteToMySql ? FreshMySql() : FreshSqlite();
-            const Measurement m =
-                MedianOf(1, prepare, "exec ./varnel " + std::to_string(session + shift_), folder_.Path());
-            std::printf("peak memory of session %d at %d rows: %.1f MiB (status %d)\n", session, kSmallRows,
+            const Measurement m = Best(session == kSqliteToMySql ? FreshMariaDb(server_) : FreshSqlite(),
+                                       "exec ./varnel " + std::to_string(session + kOfFewRows), 1);
+            std::printf("peak memory of session %d at %d rows: %.1f MiB (status %d)\n", session, kFewRows,
                         m.peakMebibytes, m.status);
         }
     }
 
-    void MeasureEmptySession() {
-        ExecuteOn(sqlite_, BenchTableStatement("empty"));
-        TestRepositoryOnce().Add(Session(kEmptyTable, "empty", "ACCESS", sqlite_, "ACCESS", target_));
-        CloseIdleSessions();
+    void MeasureEmptySession() const {
         constexpr int kEmptyRuns = 21;
-        const Measurement m = MedianOf(kEmptyRuns, FreshSqlite(), "exec ./varnel 4", folder_.Path());
-        std::printf("a session with one empty table: %.1f ms (median of %d, status %d)\n", m.seconds * 1000, kEmptyRuns,
+        const Measurement m = Best(FreshSqlite(), "exec ./varnel " + std::to_string(kEmptyTable), kEmptyRuns);
+        std::printf("a session with one empty table: %.1f ms (least of %d, status %d)\n", m.seconds * 1000, kEmptyRuns,
                     m.status);
     }
 
-    int rows_;
-    int shift_ = 0;
-    TempFolder folder_;
     MariaDbServer server_;
-    std::unique_ptr<TestRepository> repository_;
-    const std::string sqlite_ = SqliteConnection(folder_.File("source.db"));
-    const std::string target_ = SqliteConnection(folder_.File("target.db"));
+    const std::string sqlite_ = SqliteConnection(File("source.db"));
+    const std::string target_ = SqliteConnection(File("target.db"));
     const std::string mySql_ = server_.ConnectionString("bench");
 };
 
@@ -164,6 +94,5 @@ private:
 }  // namespace varnel
 
 int main(int argc, char** argv) {
-    const int rows = argc > 1 ? std::atoi(argv[1]) : 1'000'000;
-    return varnel::LoadBench(rows).Run() ? 0 : 1;
+    return varnel::RunBench<varnel::LoadBench>(argc, argv);
 }

@@ -4,10 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <stdexcept>
-#include <vector>
 
 namespace varnel {
 
@@ -35,14 +33,15 @@ Measurement Measure(const std::string& command, const std::string& folder) {
             static_cast<double>(usage.ru_maxrss) / 1024.0, WIFEXITED(status) ? WEXITSTATUS(status) : -1};
 }
 
-Measurement MedianOf(int runs, const std::string& prepare, const std::string& command, const std::string& folder) {
-    std::vector<Measurement> all;
+Measurement LeastOf(int runs, const std::string& prepare, const std::string& command, const std::string& folder) {
+    Measurement least;
     for (int k = 0; k < runs; ++k) {
         if (!prepare.empty()) Measure(prepare, folder);
-        all.push_back(Measure(command, folder));
+        const Measurement run = Measure(command, folder);
+        if (k == 0 || run.status != 0 || run.seconds < least.seconds) least = run;
+        if (run.status != 0) break;
     }
-    std::sort(all.begin(), all.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
-    return all[all.size() / 2];
+    return least;
 }
 
 }  // namespace varnel

@@ -15,7 +15,7 @@ struct Measurement {
 /// Runs a shell command in folder and measures it with all its children. Throws std::runtime_error when it cannot
 /// start.
 Measurement Measure(const std::string& command, const std::string& folder);
-/// The median, by time, of several runs; before each run prepare is run unmeasured.
-Measurement MedianOf(int runs, const std::string& prepare, const std::string& command, const std::string& folder);
+/// The quickest of several runs, or the first that failed; before each run prepare is run unmeasured.
+Measurement LeastOf(int runs, const std::string& prepare, const std::string& command, const std::string& folder);
 
 }  // namespace varnel
