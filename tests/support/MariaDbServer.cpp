@@ -106,7 +106,7 @@ void MariaDbServer::Start() {
                   "--pid-file=" + folder_ + "/pid", "--port=" + std::to_string(port_), "--bind-address=127.0.0.1",
                   "--skip-name-resolve", "--lower-case-table-names=0", "--innodb-log-file-size=8M",
                   "--innodb-buffer-pool-size=16M", "--innodb-flush-log-at-trx-commit=0", "--innodb-flush-method=nosync",
-                  "--innodb-doublewrite=0", "--performance-schema=0", "--skip-log-bin",
+                  "--performance-schema=0", "--skip-log-bin",
                   "--character-set-server=utf8mb4", "--log-error=" + folder_ + "/err.log"});
     words.insert(words.end(), extraFlags_.begin(), extraFlags_.end());
     process_ = StartProgram(words, folder_ + "/out.log");
