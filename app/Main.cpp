@@ -1,8 +1,5 @@
 #include "app/Main.h"
 
-#include <cstdio>
-#include <cstdlib>
-
 #include "ado/SessionLease.h"
 #include "ado/types/ConnectionString.h"
 #include "app/CommandLine.h"
@@ -22,16 +19,6 @@ void ShowProgressForm() {
     Form14().SetSrcDestLabel("Source DB:" + SessionDef.SourceDBName + " Target DB:" + SessionDef.TargetDBName);
 }
 
-/// The window's toolkit ends the process by itself when the display goes away: then, too, with the run's status.
-void KeepExitStatus(int status) {
-    static int kept = 0;
-    kept = status;
-    std::atexit([] {
-        std::fflush(nullptr);
-        std::_Exit(kept);
-    });
-}
-
 }  // namespace
 
 int Main(std::string_view commandTail) {
@@ -45,7 +32,6 @@ int Main(std::string_view commandTail) {
     RunSession(*sessionNumber);
     const int status = ExitStatus(Tally);
     CloseIdleSessions();
-    if (ShowOutput) KeepExitStatus(status);
     Form14().StayUntilClosed();
     UseProgressForm(nullptr);
     return status;

@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 
 #include "tests/session/SlowSession.h"
 #include "tests/support/XServer.h"
@@ -90,7 +91,7 @@ TEST_F(WindowTest, ANoAloneChangesNothing) {
     ExpectWhole(kFew);
 }
 
-/// The click comes while the second table is prepared and nobody looks; its first yield does.
+/// The question is asked while the second table is prepared; the run waits for its answer at that table's first yield.
 TEST_F(WindowTest, ACancelBetweenTablesStopsTheNextOneAtItsStart) {
     Prepare({"", "MySQL"}, 300);
     repository_.Execute("update vrtabs set LoadOption='DELETE' where DestTableName='never'");
@@ -101,6 +102,7 @@ TEST_F(WindowTest, ACancelBetweenTablesStopsTheNextOneAtItsStart) {
     target_->Run({"unlock tables", "lock tables never write"});
     ASSERT_TRUE(Eventually([this] { return LogHas("About to delete"); })) << Content("run.log");
     ClickCancel();
+    ASSERT_NE(display_->WindowTitled("Cancel Loading"), "") << "a run that is held up holds up its window";
     target_->Run({"unlock tables"});
     Answer("alt+y");
     EXPECT_EQ(End(*program), 3) << log_;
@@ -177,21 +179,37 @@ TEST_F(WindowTest, AnIncompleteSessionIsNamedInTheWindowAllTheSame) {
     EXPECT_EQ(log_, "");
 }
 
-std::string LoadedLibraries(const RunningProgram& program) {
-    return ReadBytes("/proc/" + std::to_string(program.Id()) + "/maps");
+/// Of a process and of the one that it started, if any.
+std::string LoadedLibraries(pid_t process, pid_t& child) {
+    const std::string folder = "/proc/" + std::to_string(process);
+    std::istringstream(ReadBytes(folder + "/task/" + std::to_string(process) + "/children")) >> child;
+    return ReadBytes(folder + "/maps");
 }
 
-TEST_F(WindowTest, OnlyShowoutputLoadsTheToolkit) {
+/// A toolkit that fails takes its process along, which must not be that of the run.
+TEST_F(WindowTest, TheToolkitIsLoadedForShowoutputAndBesideTheRun) {
     Prepare(kRowTransfer, kMany);
     for (const bool shown : {false, true}) {
         std::filesystem::remove(Path("run.log"));
         const auto program = shown ? StartInWindow() : Start();
         ASSERT_TRUE(program->WaitUntil([this] { return IsLoading(); }));
-        const std::string libraries = LoadedLibraries(*program);
+        pid_t window = 0, none = 0;
+        const std::string ofTheRun = LoadedLibraries(program->Id(), window);
+        EXPECT_EQ(window != 0, shown);
+        const std::string ofTheWindow = shown ? LoadedLibraries(window, none) : "";
         for (const char* library : {"libQt6Widgets", "libxcb", "varnel-window.so"}) {
-            EXPECT_EQ(libraries.find(library) != std::string::npos, shown) << library;
+            EXPECT_EQ(ofTheRun.find(library), std::string::npos) << library;
+            EXPECT_EQ(ofTheWindow.find(library) != std::string::npos, shown) << library;
         }
     }
+}
+
+TEST_F(WindowTest, AWindowDoesNotOutliveItsRun) {
+    Prepare(kRowTransfer, kMany);
+    const auto program = StartInWindow();
+    program->Signal(SIGKILL);
+    End(*program);
+    EXPECT_TRUE(Eventually([this] { return !display_->HasWindow("Varnel"); }));
 }
 
 }  // namespace

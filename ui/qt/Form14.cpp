@@ -129,8 +129,10 @@ void Form14::ShowEndOfLog() {
 
 void Form14::CancelClick() {
     if (!runIsOver_) {
-        if (!ConfirmsCancel()) return;
-        *cancelRequested_ = true;
+        if (asking) asking(true);
+        *cancelRequested_ = ConfirmsCancel();
+        if (asking) asking(false);
+        if (!*cancelRequested_) return;
     }
     close();
 }

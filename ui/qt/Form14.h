@@ -28,6 +28,8 @@ public:
 
     /// Called once, when the window was closed in whatever way.
     std::function<void()> closed;
+    /// Called with true when a question is opened, and with false when it is answered and the answer noted.
+    std::function<void(bool)> asking;
 
     Picture Image2{this};
     QFrame Line1{this};

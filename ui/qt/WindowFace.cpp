@@ -1,7 +1,6 @@
 #include "ui/qt/WindowFace.h"
 
 #include <QEventLoop>
-#include <QLibrary>
 #include <QSocketNotifier>
 #include <QWindow>
 #include <algorithm>
@@ -18,15 +17,6 @@ constexpr int kBarSteps = 2000;  // more than a screen has pixels for the bar
 
 QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-/// Whether the display is still there. The toolkit ends the process when it finds a broken connection.
-bool DisplayIsThere() {
-    using HasError = int (*)(xcb_connection_t*);
-    static const auto hasError = reinterpret_cast<HasError>(QLibrary::resolve("xcb", 1, "xcb_connection_has_error"));
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t* connection = x11 == nullptr ? nullptr : x11->connection();
-    return connection == nullptr || hasError == nullptr || hasError(connection) == 0;
 }
 
 /// CR LF and a lone CR as LF.
@@ -117,13 +107,13 @@ void WindowFace::SetRowProValue(float value) {
 }
 
 void WindowFace::DoEvents() {
-    if (!open_ || !events_.Take() || !IsShown()) return;
+    if (!open_ || !events_.Take()) return;
     PutOnScreenIfDue(rowRepaints_);
     QCoreApplication::processEvents();
 }
 
 void WindowFace::StayUntilClosed() {
-    if (!open_ || !IsShown()) return;
+    if (!open_) return;
     PutOnScreen();
     form_.EndOfRun();
     QEventLoop loop;
@@ -139,13 +129,8 @@ void WindowFace::StayUntilClosed() {
     loop.exec();
 }
 
-/// False from the moment on at which the window was closed or its display went away.
-bool WindowFace::IsShown() {
-    return open_ = open_ && DisplayIsThere();
-}
-
 void WindowFace::PutOnScreenIfDue(RepaintBudget& budget) {
-    if (open_ && budget.Take() && IsShown()) PutOnScreen();
+    if (open_ && budget.Take()) PutOnScreen();
 }
 
 void WindowFace::PutOnScreen() {

@@ -38,7 +38,6 @@ public:
 
 private:
     void WaitUntilVisible();
-    bool IsShown();
     void PutOnScreenIfDue(RepaintBudget& budget);
     void PutOnScreen();
     void PutLogOnScreen();

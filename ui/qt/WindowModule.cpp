@@ -84,8 +84,9 @@ ProgressForm* OpenWindow(WindowRequest& request) {
         request.refusal = "the display cannot be reached";
         return nullptr;
     }
-    return std::make_unique<WindowFace>(std::move(application), request.cancelRequested, request.signalDescriptor)
-        .release();
+    auto face = std::make_unique<WindowFace>(std::move(application), request.cancelRequested, request.signalDescriptor);
+    face->Window().asking = request.asking;
+    return face.release();
 }
 
 }  // namespace
