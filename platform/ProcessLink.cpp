@@ -31,13 +31,13 @@ bool OtherSideIsThere(int error) {
 }  // namespace
 
 ProcessLink ProcessLink::ToNewProcess(const std::function<void(ProcessLink&)>& body) {
-    auto [here, there] = Pair();
-    if (!here.IsOpen()) return std::move(here);
-    here.process_ = fork();
+    std::pair<ProcessLink, ProcessLink> ends = Pair();
+    ProcessLink& here = ends.first;
+    if (here.IsOpen()) here.process_ = fork();
     if (here.process_ == 0) {
         here.Close();
         LiveBesideTheProgram();
-        body(there);
+        body(ends.second);
         std::_Exit(0);
     }
     if (here.process_ < 0) here.Close();
