@@ -21,11 +21,6 @@ WindowLink::WindowLink(ProcessLink window, bool* cancelRequested)
       rowNews_(kRowsInterval, kBurst),
       events_(kEventsInterval, kBurst) {}
 
-/// Part of a line: it is sent with what follows.
-void WindowLink::AppendLogTxt(std::string_view text) {
-    if (window_.IsOpen()) AppendCall(unsent_, FormCall::AppendLogTxt, text);
-}
-
 void WindowLink::SetLabel2(std::string_view text) {
     label2_ = text;
     label2IsNew_ = true;
@@ -46,6 +41,7 @@ void WindowLink::SetRowProMax(float value) {
 void WindowLink::DoEvents() {
     if (!window_.IsOpen() || !events_.Take()) return;
     if (label2IsNew_ && rowNews_.Take()) SayRows();
+    Send(Wait::No);
     while (Hear(Wait::No)) {
     }
     while (asking_) Hear(Wait::Yes);

@@ -20,7 +20,7 @@ public:
     void SetCaption(std::string_view text) override { Say(FormCall::SetCaption, text); }
     void SetSrcDestLabel(std::string_view text) override { Say(FormCall::SetSrcDestLabel, text); }
     void ReplaceLogTxt(std::string_view text) override { Say(FormCall::ReplaceLogTxt, text); }
-    void AppendLogTxt(std::string_view text) override;
+    void AppendLogTxt(std::string_view text) override { Say(FormCall::AppendLogTxt, text); }
     void ScrollLogTxt() override { Say(FormCall::ScrollLogTxt); }
     void RefreshLogTxt() override { Say(FormCall::RefreshLogTxt); }
     void SetLabel2(std::string_view text) override;

@@ -90,6 +90,13 @@ TEST_F(WindowLinkTest, ALogLongerThanTheSocketHoldsWaitsAndIsWhole) {
     EXPECT_EQ(window_.scrolls, 800);
 }
 
+TEST_F(WindowLinkTest, WhatIsSaidBeforeALongSilenceIsNotHeldBack) {
+    run_.AppendLogTxt("About to create the table");
+    char heard[64];
+    const std::size_t count = ends_.second.Receive(heard, sizeof heard, Wait::No);
+    EXPECT_TRUE(std::string_view(heard, count).ends_with("About to create the table"));
+}
+
 TEST_F(WindowLinkTest, TheRunWaitsWhileAQuestionIsOpenAndHearsTheAnswer) {
     TellRun(ends_.second, WindowWord::Asking);
     std::thread person([this] {

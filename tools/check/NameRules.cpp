@@ -29,15 +29,6 @@ const Naming* NamingOf(const std::string& kind) {
     return nullptr;
 }
 
-bool IsBareName(const std::string& name) {
-    if (name.empty() || (std::isdigit(static_cast<unsigned char>(name.front())) != 0)) return false;
-    for (const char c : name) {
-        const auto code = static_cast<unsigned char>(c);
-        if (std::isalnum(code) == 0 && code < 0x80 && c != '_' && c != '$' && c != '#') return false;
-    }
-    return true;
-}
-
 /// Why the dialect cannot take a name; "" when it can.
 std::string WhyRefused(const Naming& naming, const std::string& name, std::size_t most) {
     if (name.empty()) return "it is empty";
@@ -78,6 +69,15 @@ void CheckTwice(const TableFacts& facts) {
 }
 
 }  // namespace
+
+bool IsBareName(std::string_view name) {
+    if (name.empty() || (std::isdigit(static_cast<unsigned char>(name.front())) != 0)) return false;
+    for (const char c : name) {
+        const auto code = static_cast<unsigned char>(c);
+        if (std::isalnum(code) == 0 && code < 0x80 && c != '_' && c != '$' && c != '#') return false;
+    }
+    return true;
+}
 
 void CheckTargetNames(const TableFacts& facts) {
     const Naming* naming = NamingOf(SessionDef.TargetDBName);

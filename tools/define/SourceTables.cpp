@@ -4,6 +4,7 @@
 
 #include "app/shared/FailureTrap.h"
 #include "platform/Wildcard.h"
+#include "tools/check/NameRules.h"
 
 namespace varnel::admin {
 namespace {
@@ -29,14 +30,6 @@ std::vector<TableInfo> ChosenTables(std::vector<TableInfo> tables, const std::ve
     });
     if (tables.empty()) throw Error(ErrorKind::Constraint, "", "the source has no tables" + remedy);
     return tables;
-}
-
-bool IsBareName(std::string_view name) {
-    return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
-        const auto code = static_cast<unsigned char>(c);
-        return code >= 0x80 || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-               c == '$' || c == '#';
-    });
 }
 
 }  // namespace
